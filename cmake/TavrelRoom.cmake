@@ -1,0 +1,56 @@
+# One room of the house = one static library tavrel-<name> made of every source below src/<name>.
+
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+# Programs land in bin/ of the build folder, whatever folder that is.
+set(CMAKE_RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/bin")
+
+find_program(TAVREL_CCACHE ccache)
+if(TAVREL_CCACHE)
+  set(CMAKE_CXX_COMPILER_LAUNCHER "${TAVREL_CCACHE}")
+endif()
+
+add_library(tavrel-options INTERFACE)
+target_include_directories(tavrel-options INTERFACE "${CMAKE_SOURCE_DIR}/src")
+target_compile_definitions(tavrel-options INTERFACE TAVREL_VERSION="${PROJECT_VERSION}")
+if(MSVC)
+  target_compile_options(tavrel-options INTERFACE /utf-8 /W4 /permissive-)
+else()
+  target_compile_options(tavrel-options INTERFACE -Wall -Wextra -Wpedantic -Werror)
+endif()
+if(TAVREL_SANITIZE)
+  target_compile_options(tavrel-options INTERFACE
+    -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  target_link_options(tavrel-options INTERFACE -fsanitize=address,undefined)
+endif()
+
+# The sources of a folder that fit the platform being built for.
+function(tavrel_sources out folder)
+  file(GLOB_RECURSE found CONFIGURE_DEPENDS "${CMAKE_SOURCE_DIR}/src/${folder}/*.cpp")
+  if(WIN32)
+    list(FILTER found EXCLUDE REGEX "/posix/")
+  else()
+    list(FILTER found EXCLUDE REGEX "/win32/")
+  endif()
+  set(${out} ${found} PARENT_SCOPE)
+endfunction()
+
+function(tavrel_room name)
+  tavrel_sources(sources ${name})
+  add_library(tavrel-${name} STATIC ${sources})
+  target_link_libraries(tavrel-${name} PUBLIC tavrel-options)
+  foreach(room IN LISTS ARGN)
+    target_link_libraries(tavrel-${name} PUBLIC tavrel-${room})
+  endforeach()
+endfunction()
+
+function(tavrel_program program folder)
+  tavrel_sources(sources ${folder})
+  add_executable(${program} ${sources})
+  target_link_libraries(${program} PRIVATE tavrel-options)
+  foreach(room IN LISTS ARGN)
+    target_link_libraries(${program} PRIVATE tavrel-${room})
+  endforeach()
+endfunction()

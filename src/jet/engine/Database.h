@@ -1,0 +1,73 @@
+// A Jet 4.0 database file, open.  Not for use from several threads at once.
+//
+// Every failure is a tavrel::Error with the engine's number.  A database opened for reading never takes write access
+// and reads only the pages that are asked for.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "jet/catalog/Catalog.h"
+#include "jet/catalog/TableDefinition.h"
+#include "jet/engine/Schema.h"
+#include "jet/storage/FileHeader.h"
+#include "jet/storage/Pager.h"
+
+namespace tavrel::jet {
+
+struct OpenOptions {
+    std::string password;      ///< ignored by a database that has none
+    bool checkPassword = true; ///< false: look into a protected file without knowing the password
+    bool tolerant = false;     ///< true: open a truncated or damaged file as far as it can be read
+};
+
+struct CreateOptions {
+    std::uint16_t sortOrder = kSortKorean;
+    std::string password;
+    std::uint32_t pageKey = 0;
+    std::optional<double> created;  ///< default: now
+};
+
+class RowCursor;
+class TableWriter;
+
+class Database {
+  public:
+    /// Opens for reading.  Throws 3024 (no such file), 3044 (folder), 3031 (password), 3041, 3045, 3049, 3051, 3343, 3356.
+    static std::unique_ptr<Database> Open(const std::string& path, const OpenOptions& options = {});
+    /// Makes a new database.  Throws 3204 when the file exists.  The file is complete after Flush.
+    static std::unique_ptr<Database> Create(const std::string& path, const CreateOptions& options = {});
+    ~Database();
+
+    [[nodiscard]] const std::string& Path() const { return path_; }
+    [[nodiscard]] const FileHeader& Header() const { return header_; }
+    [[nodiscard]] std::uint64_t FileBytes() const { return std::uint64_t{kPageSize} * pager_->PageCount(); }
+    [[nodiscard]] class Pager& Pager() { return *pager_; }
+    [[nodiscard]] class Catalog& Catalog() { return *catalog_; }
+
+    /// Structure of a table.  `object` comes from Catalog().Objects().  Throws 3011/3428 when its definition is broken.
+    TableInfo Describe(const CatalogObject& object);
+    /// Relations by lower-case name.
+    std::vector<RelationInfo> Relations();
+
+    // ---- creating (see Writer.cpp)
+    void CreateTable(const TableSpec& spec);
+    void CreateRelation(const RelationInfo& relation);
+    /// Rows are appended through the writer; its Finish (or destructor) builds the indexes.
+    std::unique_ptr<TableWriter> Append(const std::string& table);
+    /// Writes everything to the file and syncs it.
+    void Flush();
+
+  private:
+    Database() = default;
+
+    std::string path_;
+    FileHeader header_;
+    std::unique_ptr<class Pager> pager_;
+    std::unique_ptr<class Catalog> catalog_;
+};
+
+}  // namespace tavrel::jet

@@ -1,0 +1,35 @@
+// The one place where pages are taken and given back: the global free map (page 1, row 0; bit set = free) and the
+// maps that say what a page is used for.
+#pragma once
+
+#include "jet/storage/UsageMap.h"
+
+namespace tavrel::jet {
+
+class PageAllocator {
+  public:
+    explicit PageAllocator(Pager& pager) : pager_(pager) {}
+
+    /// Takes the lowest free page, extending the file when it lies behind the end.  The page is zeroed.
+    /// Throws 3036 at two gigabytes.
+    PageNumber Allocate();
+    /// Gives a page back to the free map.
+    void Free(PageNumber page);
+
+    /// Adds a page to, or removes it from, the map whose row is at `map`.  An inline map that cannot hold the
+    /// page becomes one with bitmap pages; the row keeps its length.
+    void Add(RowPointer map, PageNumber page);
+    void Remove(RowPointer map, PageNumber page);
+
+    /// A new, empty map row on `mapPage` (made when `mapPage` is 0), or on a further page when that one is full.
+    RowPointer NewMap(PageNumber& mapPage);
+
+  private:
+    void SetBit(RowPointer map, PageNumber page, bool value);
+    void ConvertToBitmaps(RowPointer map, bool fill);
+
+    Pager& pager_;
+    PageNumber hint_ = 0;  ///< no page below this one is free
+};
+
+}  // namespace tavrel::jet

@@ -1,0 +1,91 @@
+// The page cache: every page that the engine reads or changes goes through here.
+//
+// Rules (tests cite the numbers):
+//  1. A page that someone holds (PageRef) keeps its content for as long as it is held, even when the page is
+//     changed or leaves the cache meanwhile.
+//  2. Between BeginStatement and CommitStatement no changed page reaches the file; RollbackStatement puts every
+//     page and the page count back.
+//  3. Outside a statement changed pages may be written at any time; Flush writes all of them.
+//  4. The cache holds at most its limit of unchanged pages.
+//  5. Pages come into being and go only through PageAllocator.
+#pragma once
+
+#include <list>
+#include <memory>
+#include <unordered_map>
+
+#include "jet/storage/Bytes.h"
+#include "jet/storage/PageFile.h"
+
+namespace tavrel::jet {
+
+/// A page's content, unchanging while held.
+class PageRef {
+  public:
+    explicit PageRef(std::shared_ptr<const Page> page) : page_(std::move(page)) {}
+    [[nodiscard]] ByteView Bytes() const { return *page_; }
+    operator ByteView() const { return *page_; }  // NOLINT(google-explicit-constructor): a page is its bytes
+
+  private:
+    std::shared_ptr<const Page> page_;
+};
+
+class Pager {
+  public:
+    /// `cachePages` limits the unchanged pages that are kept.
+    explicit Pager(std::unique_ptr<PageFile> file, std::size_t cachePages = 4096);
+    ~Pager();
+    Pager(const Pager&) = delete;
+    Pager& operator=(const Pager&) = delete;
+
+    /// Pages of the file, those not yet written included.
+    [[nodiscard]] PageNumber PageCount() const { return pageCount_; }
+    [[nodiscard]] const PageFile& File() const { return *file_; }
+    [[nodiscard]] PageFile& File() { return *file_; }
+
+    /// Throws 3428 when there is no such page.
+    PageRef Read(PageNumber number);
+
+    /// The page for changing.  The reference is good until the next call of any member.
+    Page& Write(PageNumber number);
+
+    /// The page for changing, all zero whatever it held; one page behind the end extends the file.
+    Page& Fresh(PageNumber number);
+
+    void BeginStatement();
+    void CommitStatement();
+    void RollbackStatement();
+    [[nodiscard]] bool InStatement() const { return inStatement_; }
+
+    /// Writes every changed page.  REQUIRES: no statement is open.
+    void Flush();
+
+  private:
+    struct Frame {
+        std::shared_ptr<Page> page;
+        bool dirty = false;
+        std::list<PageNumber>::iterator place;  ///< in recent_
+    };
+
+    Frame& Load(PageNumber number);
+    Frame& Insert(PageNumber number, std::shared_ptr<Page> page, bool dirty);
+    void Remember(PageNumber number, const std::shared_ptr<Page>& before);
+    void MakeRoom();
+    void WriteDirty();
+
+    std::unique_ptr<PageFile> file_;
+    std::size_t limit_;
+    PageNumber pageCount_;
+    std::unordered_map<PageNumber, Frame> frames_;
+    std::list<PageNumber> recent_;  ///< most recently used first
+    std::size_t dirtyCount_ = 0;
+    bool inStatement_ = false;
+    PageNumber statementPageCount_ = 0;
+    struct BeforeImage {
+        std::shared_ptr<Page> page;  ///< null: the page did not exist
+        bool dirty = false;
+    };
+    std::unordered_map<PageNumber, BeforeImage> before_;
+};
+
+}  // namespace tavrel::jet

@@ -1,0 +1,29 @@
+// Names on disk.  Paths are UTF-8.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+namespace tavrel::platform {
+
+inline constexpr char kPathSeparator =
+#ifdef _WIN32
+    '\\';
+#else
+    '/';
+#endif
+
+/// An ordinary file of that name exists (no folder; on Windows neither hidden nor system).  Throws Error when the
+/// lookup itself fails (a drive that is gone, no permission on a folder of the path).
+bool FileExists(const std::string& path);
+bool FolderExists(const std::string& path);
+std::uint64_t FileSize(const std::string& path);
+void DeleteFileIfThere(const std::string& path);
+/// Creates a folder; fine when it exists already.
+void MakeFolder(const std::string& path);
+/// Replaces `to` by `from` in one step; both must be on one volume.
+void ReplaceFile(const std::string& from, const std::string& to);
+/// The path in full, from the root.
+std::string FullPath(const std::string& path);
+
+}  // namespace tavrel::platform
