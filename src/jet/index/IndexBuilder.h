@@ -1,8 +1,7 @@
 // Builds a whole index from its entries: leaves filled one after the other, nodes above them.
 #pragma once
 
-#include <vector>
-
+#include "jet/index/EntryArena.h"
 #include "jet/storage/PageAllocator.h"
 
 namespace tavrel::jet {
@@ -12,9 +11,10 @@ struct BuiltIndex {
     std::uint32_t distinctKeys = 0;
 };
 
-/// `entries` (key + u24 BE page + u8 row each) need not be sorted; they are sorted in place.  Pages are taken from the
-/// allocator and added to the map; `root`, when not 0, is used as the root page.
-BuiltIndex BuildIndex(Pager& pager, PageAllocator& allocator, PageNumber tablePage, RowPointer map, PageNumber root,
-                      std::vector<ByteVector>& entries);
+/// Sorts the entries and writes the tree.  Pages are taken from the allocator and added to the index's map.
+/// `root`, when not 0, becomes the root page: it is allocated already and stands in the map.  Whether a
+/// unique index has duplicates is the caller's question (EntryArena::FirstDuplicate).
+BuiltIndex BuildIndex(Pager& pager, PageAllocator& allocator, PageNumber tablePage, RowPointer map,
+                      PageNumber root, EntryArena& entries);
 
 }  // namespace tavrel::jet
