@@ -57,6 +57,7 @@ inline constexpr std::int32_t kBadPassword = 3031;
 inline constexpr std::int32_t kDatabaseTooLarge = 3036;
 inline constexpr std::int32_t kReadFault = 3040;
 inline constexpr std::int32_t kOldVersion = 3041;
+inline constexpr std::int32_t kNetworkError = 3043;
 inline constexpr std::int32_t kBadPath = 3044;
 inline constexpr std::int32_t kFileInUse = 3045;
 inline constexpr std::int32_t kRecordTooLarge = 3047;

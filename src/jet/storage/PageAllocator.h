@@ -21,12 +21,20 @@ class PageAllocator {
     void Add(RowPointer map, PageNumber page);
     void Remove(RowPointer map, PageNumber page);
 
+    /// Forgets what it remembers of the file: pages were rolled back.
+    void Reset() { hint_ = 0; }
+
     /// A new, empty map row on `mapPage` (made when `mapPage` is 0), or on a further page when that one is full.
     RowPointer NewMap(PageNumber& mapPage);
 
   private:
+    PageNumber LowestFree();
+    bool FreeMapNames(PageNumber page);
     void SetBit(RowPointer map, PageNumber page, bool value);
-    void ConvertToBitmaps(RowPointer map, bool fill);
+    void SetBitmapBit(RowPointer map, PageNumber page, bool value);
+    PageNumber BitmapPage(RowPointer map, std::size_t k);
+    void AddBitmapPage(RowPointer map, std::size_t k, bool fill);
+    void ConvertToBitmaps(RowPointer map);
 
     Pager& pager_;
     PageNumber hint_ = 0;  ///< no page below this one is free

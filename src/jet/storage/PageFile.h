@@ -2,6 +2,7 @@
 // enciphered (see FileHeader.h).
 #pragma once
 
+#include <algorithm>
 #include <memory>
 
 #include "jet/storage/Bytes.h"

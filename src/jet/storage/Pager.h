@@ -10,9 +10,11 @@
 //  5. Pages come into being and go only through PageAllocator.
 #pragma once
 
+#include <algorithm>
 #include <list>
 #include <memory>
 #include <unordered_map>
+#include <vector>
 
 #include "jet/storage/Bytes.h"
 #include "jet/storage/PageFile.h"

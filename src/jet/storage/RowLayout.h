@@ -44,7 +44,7 @@ class RowShape {
     std::vector<ColumnPlace> columns_;
     unsigned columnNumbers_ = 0;    ///< column numbers ever given out
     unsigned variableNumbers_ = 0;  ///< variable columns ever given out
-    std::vector<VariableBounds> bounds_;  ///< by column count, 0 .. columnNumbers_
+    VariableBounds present_;        ///< of rows with the present count
 };
 
 /// A row as stored; columns are found when asked for.  Views the bytes, does not own them.
@@ -66,6 +66,9 @@ class RowView {
     [[nodiscard]] bool MaskBit(unsigned number) const;
 
   private:
+    void FindOffsets(VariableBounds bounds);
+    [[nodiscard]] bool PlausibleTable(unsigned count, unsigned high) const;
+
     const RowShape* shape_ = nullptr;
     ByteView row_;
     unsigned columnCount_ = 0;
@@ -76,7 +79,7 @@ class RowView {
 };
 
 /// Builds the bytes of a new row.  `fields` has one entry for each column of the shape: nothing = null; Booleans one
-/// byte.  Throws 3047 when the row is too long for a page.
+/// byte; fixed columns exactly their length.  Throws 3047 when the row is too long for a page.
 ByteVector BuildRow(const RowShape& shape, const std::vector<std::optional<ByteVector>>& fields);
 
 }  // namespace tavrel::jet

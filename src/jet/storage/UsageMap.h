@@ -5,6 +5,8 @@
 // A bitmap page is 05 01 00 00 and 4092 bytes of bits.
 #pragma once
 
+#include <algorithm>
+#include <string>
 #include <vector>
 
 #include "jet/storage/Pager.h"

@@ -1,0 +1,67 @@
+#include "jet/storage/DataPage.h"
+
+#include <algorithm>
+#include <cassert>
+#include <string>
+
+namespace tavrel::jet {
+
+namespace {
+constexpr std::uint16_t kStartMask = 0x1FFF;
+}
+
+DataPageView::DataPageView(ByteView page) : page_(page), count_(U16(page, 0x0C)) {
+    if (page[0] != kPageTypeData) {
+        ThrowDamaged("데이터 페이지가 아님");
+    }
+    if (kDataHeader + 2 * std::size_t{count_} > kPageSize) {
+        ThrowDamaged("페이지의 행 수가 너무 많음");
+    }
+}
+
+Slot DataPageView::At(unsigned row) const {
+    if (row >= count_) {
+        ThrowDamaged("페이지에 없는 행 " + std::to_string(row));
+    }
+    const std::uint16_t raw = U16(page_, kDataHeader + 2 * row);
+    const std::size_t start = raw & kStartMask;
+    const std::size_t end = row == 0 ? kPageSize : U16(page_, kDataHeader + 2 * (row - 1)) & kStartMask;
+    if (end > kPageSize || start > end || start < kDataHeader + 2 * std::size_t{count_}) {
+        ThrowDamaged("행 " + std::to_string(row) + "의 위치가 잘못됨");
+    }
+    return {static_cast<std::uint16_t>(raw & 0xC000), page_.subspan(start, end - start)};
+}
+
+void DataPageEditor::Format(std::uint32_t owner, std::uint32_t chainMark) {
+    page_.fill(0);
+    page_[0] = kPageTypeData;
+    page_[1] = 1;
+    PutU16(page_, 2, kPageSize - kDataHeader);
+    PutU32(page_, 4, owner);
+    PutU32(page_, 8, chainMark);
+}
+
+bool DataPageEditor::Fits(std::size_t length) const {
+    return U16(page_, 0x0C) < kMaxSlots && length + 2 <= U16(page_, 2);
+}
+
+std::uint8_t DataPageEditor::Append(ByteView row, std::uint16_t flags) {
+    assert(Fits(row.size()));
+    const unsigned count = U16(page_, 0x0C);
+    const std::size_t end =
+        count == 0 ? kPageSize : U16(page_, kDataHeader + 2 * (count - 1)) & std::size_t{kStartMask};
+    const std::size_t start = end - row.size();
+    std::copy(row.begin(), row.end(), page_.begin() + static_cast<std::ptrdiff_t>(start));
+    PutU16(page_, kDataHeader + 2 * count, static_cast<std::uint16_t>(start | flags));
+    PutU16(page_, 0x0C, static_cast<std::uint16_t>(count + 1));
+    PutU16(page_, 2, static_cast<std::uint16_t>(start - kDataHeader - 2 * (count + 1)));
+    return static_cast<std::uint8_t>(count);
+}
+
+void DataPageEditor::Overwrite(std::uint8_t row, ByteView bytes) {
+    const Slot slot = DataPageView(page_).At(row);
+    assert(slot.row.size() == bytes.size());
+    std::copy(bytes.begin(), bytes.end(), page_.begin() + (slot.row.data() - page_.data()));
+}
+
+}  // namespace tavrel::jet
