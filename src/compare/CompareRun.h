@@ -1,0 +1,51 @@
+// The compare run: check the paths, take both snapshots, compare.
+#pragma once
+
+#include <string>
+
+#include "compare/WorkbenchControls.h"
+
+namespace tavrel::compare {
+
+/// Brings copies of the two databases to the latest schema of the selected product.
+class WorkingCopies {
+  public:
+    virtual ~WorkingCopies() = default;
+    /// Makes and patches the copies and puts their paths in place of the given ones.  False when a patch
+    /// failed, its message having been shown.  Throws Error when a copy cannot be made or opened.
+    virtual bool Prepare(WorkbenchControls& controls, std::string& pathA, std::string& pathB) = 0;
+};
+
+enum class RunOutcome {
+    Stopped,   ///< a message has said why
+    Equal,     ///< compared, no differences
+    Different  ///< compared, differences found
+};
+
+class CompareRun {
+  public:
+    /// The controls must outlive the run; `copies` (not owned) may be null, then no product can be compared.
+    explicit CompareRun(WorkbenchControls& controls, WorkingCopies* copies = nullptr)
+        : controls_(controls), copies_(copies) {}
+
+    /// The command.  Everything it reports goes to the message box, the grid and the progress bars; every
+    /// failure of the engine or the file system ends in one message box, with the busy state left.
+    void cmdComp_Click();
+
+    /// Of the last run.
+    [[nodiscard]] RunOutcome Outcome() const { return outcome_; }
+    /// Rows marked by the last run.
+    [[nodiscard]] int Differences() const { return differences_; }
+
+  private:
+    bool PathIsGood(std::size_t side);
+    bool PreparePaths(std::string& pathA, std::string& pathB);
+    void SnapshotAndCompare(const std::string& pathA, const std::string& pathB);
+
+    WorkbenchControls& controls_;
+    WorkingCopies* copies_;
+    RunOutcome outcome_ = RunOutcome::Stopped;
+    int differences_ = 0;
+};
+
+}  // namespace tavrel::compare

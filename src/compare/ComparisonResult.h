@@ -1,0 +1,64 @@
+// A finished comparison as rows, for reports: a view on the grid, nothing is copied.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "grid/ResultGrid.h"
+
+namespace tavrel::compare {
+
+inline constexpr std::size_t kCellCount = 10;
+/// Names of the cells of one side, in grid order; the key column is not among them.
+inline constexpr std::array<std::string_view, kCellCount> kCellNames = {
+    "table", "P", "F", "I", "field", "type", "size", "def", "null", "zro"};
+
+/// Texts of one side of a row, in the order of kCellNames.  Valid as long as the grid is not emptied.
+using SideCells = std::array<std::string_view, kCellCount>;
+
+enum class OneSided : std::uint8_t { None, A, B };
+
+struct ResultRow {
+    std::string_view mark;       ///< "!" or empty
+    bool hidden = false;         ///< left out of view by "differences only"
+    std::optional<SideCells> a;  ///< nothing when the key and every cell are blank
+    std::optional<SideCells> b;
+    std::uint32_t red = 0;           ///< bit i: cell i (kCellNames) is painted red, on both sides
+    OneSided blue = OneSided::None;  ///< side whose field name is painted light blue
+
+    [[nodiscard]] bool IsRed(std::size_t cell) const { return (red >> cell & 1U) != 0; }
+    [[nodiscard]] std::vector<std::string_view> RedNames() const;
+    /// "a", "b" or empty.
+    [[nodiscard]] std::string_view BlueName() const;
+};
+
+class ComparisonResult {
+  public:
+    /// The grid must outlive the result unless it is shared with it.
+    ComparisonResult(std::shared_ptr<const grid::ResultGrid> grid, int differences);
+    ComparisonResult(const grid::ResultGrid& grid, int differences);
+
+    /// Paths as shown over the two sides.
+    [[nodiscard]] std::string_view PathA() const;
+    [[nodiscard]] std::string_view PathB() const;
+    [[nodiscard]] int Differences() const { return differences_; }
+    /// What the run said at its end.
+    [[nodiscard]] std::string Message() const;
+    /// Rows in grid order, counted from 0.
+    [[nodiscard]] std::size_t RowCount() const;
+    [[nodiscard]] ResultRow Row(std::size_t index) const;
+
+  private:
+    std::shared_ptr<const grid::ResultGrid> grid_;
+    int differences_;
+};
+
+/// What a comparison says at its end.
+std::string DifferenceMessage(int differences);
+
+}  // namespace tavrel::compare

@@ -1,0 +1,28 @@
+// Reads the structure of a database into one side of the result grid, a row a field.
+#pragma once
+
+#include <string>
+
+#include "compare/WorkbenchControls.h"
+
+namespace tavrel::compare {
+
+/// What a snapshot needs of the window.
+struct SnapshotTarget {
+    grid::ResultGrid& grid;
+    platform::ProgressBar& progress;
+    platform::MessageBox& messages;
+};
+
+inline SnapshotTarget TargetOf(WorkbenchControls& controls) {
+    return {*controls.spList, *controls.ProgressBar1[0], *controls.messages};
+}
+
+/// Lists the tables of `path` in side A (columns 1 to 11, the grid is emptied first) or side B (13 to 23).
+/// `tableFilter` empty: every user table, else the one of that name, letter case ignored.  False when the
+/// database cannot be opened, the message having been shown.  Throws Error when it cannot be read after that;
+/// the database is closed then too.
+bool LoadSchemaSnapshot(const SnapshotTarget& target, const std::string& path, bool sideA,
+                        const std::string& password, const std::string& tableFilter);
+
+}  // namespace tavrel::compare
