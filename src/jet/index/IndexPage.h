@@ -41,12 +41,18 @@ struct IndexPageContent {
 IndexPageContent ReadIndexPage(ByteView page);
 
 /// A leaf entry in its parts.  REQUIRES: entry.size() >= 4.
-inline ByteView LeafKey(ByteView entry) { return entry.first(entry.size() - 4); }
+inline ByteView LeafKey(ByteView entry) {
+    return entry.first(entry.size() - 4);
+}
 inline RowPointer LeafRow(ByteView entry) {
     return {U24Be(entry, entry.size() - 4), entry.back()};
 }
 /// A node entry's key and row pointer together, and its child.  REQUIRES: entry.size() >= 8.
-inline ByteView NodeBound(ByteView entry) { return entry.first(entry.size() - 4); }
-inline PageNumber NodeChild(ByteView entry) { return U32Be(entry, entry.size() - 4); }
+inline ByteView NodeBound(ByteView entry) {
+    return entry.first(entry.size() - 4);
+}
+inline PageNumber NodeChild(ByteView entry) {
+    return U32Be(entry, entry.size() - 4);
+}
 
 }  // namespace tavrel::jet
