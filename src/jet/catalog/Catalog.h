@@ -23,7 +23,13 @@ inline constexpr std::int32_t kRelationshipsContainer = 0x0F000003;
 inline constexpr std::int32_t kRootContainer = 0x0F000000;
 
 enum class ObjectType : std::int16_t {
-    Table = 1, Database = 2, Container = 3, LinkedOdbc = 4, Query = 5, LinkedTable = 6, Relation = 8
+    Table = 1,
+    Database = 2,
+    Container = 3,
+    LinkedOdbc = 4,
+    Query = 5,
+    LinkedTable = 6,
+    Relation = 8
 };
 
 namespace relationFlags {
@@ -40,8 +46,8 @@ struct CatalogObject {
     std::string name;
     std::int16_t type = 0;
     std::uint32_t flags = 0;
-    ByteVector owner;        ///< deciphered
-    ByteVector properties;   ///< descriptor of LvProp as stored in the row; empty = null
+    ByteVector owner;       ///< deciphered
+    ByteVector properties;  ///< descriptor of LvProp as stored in the row; empty = null
     RowPointer at{};
 
     [[nodiscard]] bool IsTable() const { return type == static_cast<std::int16_t>(ObjectType::Table); }
@@ -85,6 +91,7 @@ class Catalog {
     std::uint32_t ownerKey_;
     bool haveObjects_ = false;
     std::vector<CatalogObject> objects_;
+    std::unordered_map<std::string, std::size_t> tablesByName_;  ///< upper-case name to place in objects_
     std::unordered_map<PageNumber, std::unique_ptr<TableDefinition>> definitions_;
 };
 

@@ -50,6 +50,8 @@ unsigned FixedLength(ColumnType type) {
     return facts != nullptr ? facts->fixedLength : 0;
 }
 
-bool IsKnownType(std::uint8_t code) { return FactsOf(code) != nullptr; }
+bool IsKnownType(std::uint8_t code) {
+    return FactsOf(code) != nullptr;
+}
 
 }  // namespace tavrel::jet

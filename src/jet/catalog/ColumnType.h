@@ -28,7 +28,11 @@ int DaoType(ColumnType type);
 /// Bytes of a value whose length follows from its type; 0 for the others.
 unsigned FixedLength(ColumnType type);
 bool IsKnownType(std::uint8_t code);
-inline bool IsLong(ColumnType type) { return type == ColumnType::Ole || type == ColumnType::Memo; }
-inline bool IsText(ColumnType type) { return type == ColumnType::Text || type == ColumnType::Memo; }
+inline bool IsLong(ColumnType type) {
+    return type == ColumnType::Ole || type == ColumnType::Memo;
+}
+inline bool IsText(ColumnType type) {
+    return type == ColumnType::Text || type == ColumnType::Memo;
+}
 
 }  // namespace tavrel::jet

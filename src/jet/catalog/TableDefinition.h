@@ -1,5 +1,6 @@
-// A table definition: one or more pages of type 2, chained.  Each page has 8 bytes of header (02 01, u16 free bytes,
-// u32 next page); what follows them in all pages, one after the other, is the definition.  Offsets as in the first page:
+// A table definition: one or more pages of type 2, chained.  Each page has 8 bytes of header (02 01, u16 free
+// bytes, u32 next page); what follows them in all pages, one after the other, is the definition.  Offsets as
+// in the first page:
 //
 // | offset | size | content                                        |
 // |--------|------|------------------------------------------------|
@@ -16,8 +17,8 @@
 // | 33     | u32  | number of real indexes                         |
 // | 37     | u32  | row pointer of the owned-pages map             |
 // | 3B     | u32  | row pointer of the free-space map              |
-// | 3F     |      | statistics 12 * real | columns 25 * n | names | real indexes 52 * n | logical indexes 28 * n |
-// |        |      | names | long-value trailer 10 * n | FF FF + 8 zero bytes                               |
+// | 3F     |      | statistics 12 * real | columns 25 * n | names | real indexes 52 * n | logical indexes 28
+// * n | |        |      | names | long-value trailer 10 * n | FF FF + 8 zero bytes |
 #pragma once
 
 #include <string>
@@ -129,10 +130,10 @@ struct LongValueMaps {
 };
 
 struct TableDefinition {
-    PageNumber page = 0;              ///< first page
-    std::vector<PageNumber> pages;    ///< all of them, in order
-    std::uint32_t length = 0;         ///< as stored
-    std::uint32_t parsedLength = 0;   ///< where the terminator really ends
+    PageNumber page = 0;             ///< first page
+    std::vector<PageNumber> pages;   ///< all of them, in order
+    std::uint32_t length = 0;        ///< as stored
+    std::uint32_t parsedLength = 0;  ///< where the terminator really ends
     std::uint32_t rowCount = 0;
     std::uint32_t lastAutonumber = 0;
     std::uint32_t autonumberStep = 1;
@@ -141,7 +142,7 @@ struct TableDefinition {
     std::uint16_t variableNumbers = 0;
     RowPointer ownedMap{};
     RowPointer freeMap{};
-    std::vector<Column> columns;         ///< in the order of the records
+    std::vector<Column> columns;  ///< in the order of the records
     std::vector<RealIndex> realIndexes;
     std::vector<LogicalIndex> logicalIndexes;  ///< in the order of the records
     std::vector<LongValueMaps> trailer;        ///< in the order of the records

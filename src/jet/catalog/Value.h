@@ -36,10 +36,14 @@ struct Decimal {
     bool operator==(const Decimal&) const = default;
 };
 
-/// Boolean: bool; Byte, Integer, Long: int64; Single: float; Double: double; Text, Memo: UTF-8 string; Binary, OLE: bytes.
-using Value = std::variant<Null, bool, std::int64_t, float, double, Currency, Date, std::string, ByteVector, Guid, Decimal>;
+/// Boolean: bool; Byte, Integer, Long: int64; Single: float; Double: double; Text, Memo: UTF-8 string;
+/// Binary, OLE: bytes.
+using Value = std::variant<Null, bool, std::int64_t, float, double, Currency, Date, std::string, ByteVector,
+                           Guid, Decimal>;
 
-inline bool IsNull(const Value& value) { return std::holds_alternative<Null>(value); }
+inline bool IsNull(const Value& value) {
+    return std::holds_alternative<Null>(value);
+}
 
 /// {XXXXXXXX-XXXX-XXXX-XXXX-XXXXXXXXXXXX}, upper case.
 std::string GuidText(const Guid& guid);

@@ -1,7 +1,7 @@
 // A Jet 4.0 database file, open.  Not for use from several threads at once.
 //
-// Every failure is a tavrel::Error with the engine's number.  A database opened for reading never takes write access
-// and reads only the pages that are asked for.
+// Every failure is a tavrel::Error with the engine's number.  A database opened for reading never takes write
+// access and reads only the pages that are asked for.
 #pragma once
 
 #include <functional>
@@ -19,9 +19,9 @@
 namespace tavrel::jet {
 
 struct OpenOptions {
-    std::string password;      ///< ignored by a database that has none
-    bool checkPassword = true; ///< false: look into a protected file without knowing the password
-    bool tolerant = false;     ///< true: open a truncated or damaged file as far as it can be read
+    std::string password;       ///< ignored by a database that has none
+    bool checkPassword = true;  ///< false: look into a protected file without knowing the password
+    bool tolerant = false;      ///< true: open a truncated or damaged file as far as it can be read
 };
 
 struct CreateOptions {
@@ -36,8 +36,12 @@ class TableWriter;
 
 class Database {
   public:
-    /// Opens for reading.  Throws 3024 (no such file), 3044 (folder), 3031 (password), 3041, 3045, 3049, 3051, 3343, 3356.
+    /// Opens for reading.  Throws 3024 (no such file), 3044 (folder), 3031 (password), 3041, 3045, 3049,
+    /// 3051, 3343, 3356.
     static std::unique_ptr<Database> Open(const std::string& path, const OpenOptions& options = {});
+    /// The same on a file that is open already; `path` is for messages.
+    static std::unique_ptr<Database> OpenFile(std::unique_ptr<platform::File> file, const std::string& path,
+                                              const OpenOptions& options = {});
     /// Makes a new database.  Throws 3204 when the file exists.  The file is complete after Flush.
     static std::unique_ptr<Database> Create(const std::string& path, const CreateOptions& options = {});
     ~Database();
@@ -48,7 +52,8 @@ class Database {
     [[nodiscard]] class Pager& Pager() { return *pager_; }
     [[nodiscard]] class Catalog& Catalog() { return *catalog_; }
 
-    /// Structure of a table.  `object` comes from Catalog().Objects().  Throws 3011/3428 when its definition is broken.
+    /// Structure of a table.  `object` comes from Catalog().Objects().  Throws 3011/3428 when its definition
+    /// is broken.
     TableInfo Describe(const CatalogObject& object);
     /// Relations by lower-case name.
     std::vector<RelationInfo> Relations();
@@ -63,6 +68,7 @@ class Database {
 
   private:
     Database() = default;
+    void CheckOpening(std::uint64_t fileBytes);
 
     std::string path_;
     FileHeader header_;

@@ -13,8 +13,8 @@ namespace tavrel::jet {
 struct FieldInfo {
     std::string name;
     int daoType = 0;
-    unsigned size = 0;          ///< Text: characters
-    std::string defaultValue;   ///< expression text as stored; empty when none
+    unsigned size = 0;         ///< Text: characters
+    std::string defaultValue;  ///< expression text as stored; empty when none
     bool required = false;
     bool allowZeroLength = false;
     bool autonumber = false;
@@ -35,7 +35,8 @@ struct IndexInfo {
     std::vector<IndexFieldInfo> fields;
 };
 
-/// A table's structure: fields in ordinal order, indexes by name; the hidden parent side of relations is left out.
+/// A table's structure: fields in ordinal order, indexes by name; the hidden parent side of relations is left
+/// out.
 struct TableInfo {
     std::string name;
     bool system = false;
@@ -60,7 +61,7 @@ struct RelationInfo {
 struct ColumnSpec {
     std::string name;
     ColumnType type = ColumnType::Long;
-    unsigned size = 0;  ///< Text: characters (0 = 255); Binary: bytes (0 = 255, at most 510)
+    unsigned size = 0;         ///< Text: characters (0 = 255); Binary: bytes (0 = 255, at most 510)
     std::string defaultValue;  ///< expression text; empty = no property
     bool required = false;     ///< true writes the property
     enum class ZeroLength { Unset, Allowed, Refused } zeroLength = ZeroLength::Unset;

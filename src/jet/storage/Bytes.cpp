@@ -2,6 +2,8 @@
 
 namespace tavrel::jet {
 
-void ThrowDamaged(std::string_view reason) { throw MakeError(errors::kDamaged, {}, reason); }
+void ThrowDamaged(std::string_view reason) {
+    throw MakeError(errors::kDamaged, {}, reason);
+}
 
 }  // namespace tavrel::jet

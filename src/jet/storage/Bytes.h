@@ -28,7 +28,9 @@ inline ByteView Slice(ByteView bytes, std::size_t offset, std::size_t length) {
     }
     return bytes.subspan(offset, length);
 }
-inline std::uint8_t U8(ByteView bytes, std::size_t offset) { return Slice(bytes, offset, 1)[0]; }
+inline std::uint8_t U8(ByteView bytes, std::size_t offset) {
+    return Slice(bytes, offset, 1)[0];
+}
 inline std::uint16_t U16(ByteView bytes, std::size_t offset) {
     const ByteView b = Slice(bytes, offset, 2);
     return static_cast<std::uint16_t>(b[0] | b[1] << 8);
@@ -61,7 +63,9 @@ inline void PutU64(std::span<std::uint8_t> bytes, std::size_t offset, std::uint6
     PutU32(bytes, offset, static_cast<std::uint32_t>(value));
     PutU32(bytes, offset + 4, static_cast<std::uint32_t>(value >> 32));
 }
-inline void AppendU8(ByteVector& out, std::uint8_t value) { out.push_back(value); }
+inline void AppendU8(ByteVector& out, std::uint8_t value) {
+    out.push_back(value);
+}
 inline void AppendU16(ByteVector& out, std::uint16_t value) {
     out.push_back(static_cast<std::uint8_t>(value));
     out.push_back(static_cast<std::uint8_t>(value >> 8));
@@ -83,7 +87,9 @@ inline void AppendU32Be(ByteVector& out, std::uint32_t value) {
     out.push_back(static_cast<std::uint8_t>(value >> 24));
     AppendU24Be(out, value);
 }
-inline void AppendBytes(ByteVector& out, ByteView bytes) { out.insert(out.end(), bytes.begin(), bytes.end()); }
+inline void AppendBytes(ByteVector& out, ByteView bytes) {
+    out.insert(out.end(), bytes.begin(), bytes.end());
+}
 
 inline std::uint64_t BitsOf(double value) {
     std::uint64_t bits = 0;
@@ -101,9 +107,7 @@ struct RowPointer {
     PageNumber page = 0;
     std::uint8_t row = 0;
 
-    static RowPointer FromU32(std::uint32_t raw) {
-        return {raw >> 8, static_cast<std::uint8_t>(raw)};
-    }
+    static RowPointer FromU32(std::uint32_t raw) { return {raw >> 8, static_cast<std::uint8_t>(raw)}; }
     [[nodiscard]] std::uint32_t ToU32() const { return page << 8 | row; }
     auto operator<=>(const RowPointer&) const = default;
 };

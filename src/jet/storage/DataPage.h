@@ -27,8 +27,8 @@ inline constexpr unsigned kMaxSlots = 255;
 /// The longest row that fits a page of its own.
 inline constexpr std::size_t kMaxRowBytes = kPageSize - kDataHeader - 2;
 
-inline constexpr std::uint16_t kSlotMoved = 0x4000;    ///< first 4 bytes: pointer to the row
-inline constexpr std::uint16_t kSlotHidden = 0x8000;   ///< target of a moved slot
+inline constexpr std::uint16_t kSlotMoved = 0x4000;   ///< first 4 bytes: pointer to the row
+inline constexpr std::uint16_t kSlotHidden = 0x8000;  ///< target of a moved slot
 inline constexpr std::uint16_t kSlotDeleted = 0xC000;
 
 struct Slot {

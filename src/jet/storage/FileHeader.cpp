@@ -46,7 +46,8 @@ void MaskPassword(std::span<std::uint8_t> header, double created) {
     }
 }
 
-/// Every second byte from 42 to 78 of the header, password unmasked, shifted by its place and XORed into the date.
+/// Every second byte from 42 to 78 of the header, password unmasked, shifted by its place and XORed into the
+/// date.
 std::uint32_t OwnerKey(ByteView header) {
     std::uint32_t key = U32(header, 0x72);
     for (unsigned i = 0; i < 28; ++i) {
@@ -77,8 +78,8 @@ bool ConstantsRight(ByteView header) {
             return false;
         }
     }
-    return std::equal(kSignature.begin(), kSignature.end(), header.begin()) && U32(header, 0x98) == kEngineMark &&
-           U32(header, 0x9C) == kVersionText;
+    return std::equal(kSignature.begin(), kSignature.end(), header.begin()) &&
+           U32(header, 0x98) == kEngineMark && U32(header, 0x9C) == kVersionText;
 }
 
 }  // namespace

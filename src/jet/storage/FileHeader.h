@@ -34,12 +34,13 @@ struct FileHeader {
     std::string password;  ///< UTF-8; empty = none; at most 20 UTF-16 units
     std::uint32_t build = 8618;
     std::uint16_t sortOrder = kSortGeneral;
-    double created = 0;  ///< days since 1899-12-30
+    double created = 0;          ///< days since 1899-12-30
     std::uint32_t ownerKey = 0;  ///< RC4 key of Owner and SID values; follows from the other fields
     bool constantsRight = true;  ///< the fields that are equal in every file have their values
 };
 
-/// Reads page 0.  Throws 3343 (no database, or made by a newer engine), 3041 (older engine), 3049 (too short).
+/// Reads page 0.  Throws 3343 (no database, or made by a newer engine), 3041 (older engine), 3049 (too
+/// short).
 FileHeader ParseHeader(ByteView page, std::string_view path);
 
 /// The page for a new file; `ownerKey` of the argument is set to the key that follows from it.

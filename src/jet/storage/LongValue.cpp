@@ -40,7 +40,9 @@ ByteVector ReadChain(Pager& pager, RowPointer at, std::uint32_t length) {
 
 }  // namespace
 
-std::uint32_t LongValueLength(ByteView descriptor) { return U32(descriptor, 0) & kLongLengthMask; }
+std::uint32_t LongValueLength(ByteView descriptor) {
+    return U32(descriptor, 0) & kLongLengthMask;
+}
 
 ByteVector ReadLongValue(Pager& pager, ByteView descriptor) {
     const std::uint32_t length = LongValueLength(Slice(descriptor, 0, kDescriptorBytes));
@@ -61,7 +63,8 @@ ByteVector ReadLongValue(Pager& pager, ByteView descriptor) {
         ThrowDamaged("긴 값의 종류를 알 수 없음");
     }
     if (value.size() < length) {
-        ThrowDamaged("긴 값이 " + std::to_string(length) + "바이트 중 " + std::to_string(value.size()) + "바이트뿐임");
+        ThrowDamaged("긴 값이 " + std::to_string(length) + "바이트 중 " + std::to_string(value.size()) +
+                     "바이트뿐임");
     }
     value.resize(length);
     return value;

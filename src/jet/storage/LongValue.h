@@ -21,8 +21,8 @@ inline constexpr std::size_t kLongMaxInline = 64;
 inline constexpr std::size_t kLongMaxOneRow = 3815;
 inline constexpr std::size_t kLongPartBytes = 4072;  ///< data in a full chain part
 
-/// The whole stored value.  Throws 3428 when a part is missing, the chain runs in a circle, or the parts do not make
-/// up the length.
+/// The whole stored value.  Throws 3428 when a part is missing, the chain runs in a circle, or the parts do
+/// not make up the length.
 ByteVector ReadLongValue(Pager& pager, ByteView descriptor);
 
 /// Length in bytes as stored, without reading the value.

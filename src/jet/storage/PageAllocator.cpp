@@ -56,8 +56,8 @@ PageNumber PageAllocator::Allocate() {
     if (page >= kMaxPages) {
         throw MakeError(errors::kDatabaseTooLarge);
     }
-    // Pages between the end of the file and a free page behind it were taken and never written: they become part
-    // of the file, owned by nobody.
+    // Pages between the end of the file and a free page behind it were taken and never written: they become
+    // part of the file, owned by nobody.
     while (pager_.PageCount() < page) {
         pager_.Fresh(pager_.PageCount());
     }
@@ -106,9 +106,13 @@ void PageAllocator::Free(PageNumber page) {
     hint_ = std::min(hint_, page);
 }
 
-void PageAllocator::Add(RowPointer map, PageNumber page) { SetBit(map, page, true); }
+void PageAllocator::Add(RowPointer map, PageNumber page) {
+    SetBit(map, page, true);
+}
 
-void PageAllocator::Remove(RowPointer map, PageNumber page) { SetBit(map, page, false); }
+void PageAllocator::Remove(RowPointer map, PageNumber page) {
+    SetBit(map, page, false);
+}
 
 void PageAllocator::SetBit(RowPointer map, PageNumber page, bool value) {
     {
@@ -116,7 +120,8 @@ void PageAllocator::SetBit(RowPointer map, PageNumber page, bool value) {
         const ByteView row = MapRow(mapPage, map);
         if (row[0] == 0) {
             const PageNumber first = U32(row, 1);
-            const std::size_t offset = static_cast<std::size_t>(row.data() - mapPage.Bytes().data()) + kInlineBits;
+            const std::size_t offset =
+                static_cast<std::size_t>(row.data() - mapPage.Bytes().data()) + kInlineBits;
             const std::size_t room = (row.size() - kInlineBits) * 8;
             if (page >= first && page - first < room) {
                 WriteBit(std::span(pager_.Write(map.page)).subspan(offset, room / 8), page - first, value);
@@ -154,8 +159,8 @@ PageNumber PageAllocator::BitmapPage(RowPointer map, std::size_t k) {
     return k < kMapMaxBitmaps ? U32(row, 1 + 4 * k) : (ThrowDamaged("사용 지도의 범위를 벗어난 페이지"), 0);
 }
 
-/// Gives the map its k-th bitmap page.  The free map cannot ask itself for a page: its own bitmap pages come from the
-/// end of the file and are marked as taken in the bitmap that covers them.
+/// Gives the map its k-th bitmap page.  The free map cannot ask itself for a page: its own bitmap pages come
+/// from the end of the file and are marked as taken in the bitmap that covers them.
 void PageAllocator::AddBitmapPage(RowPointer map, std::size_t k, bool fill) {
     PageNumber number = 0;
     if (map == kFreeMap) {

@@ -1,5 +1,5 @@
-// The one place where pages are taken and given back: the global free map (page 1, row 0; bit set = free) and the
-// maps that say what a page is used for.
+// The one place where pages are taken and given back: the global free map (page 1, row 0; bit set = free) and
+// the maps that say what a page is used for.
 #pragma once
 
 #include "jet/storage/UsageMap.h"
@@ -24,7 +24,8 @@ class PageAllocator {
     /// Forgets what it remembers of the file: pages were rolled back.
     void Reset() { hint_ = 0; }
 
-    /// A new, empty map row on `mapPage` (made when `mapPage` is 0), or on a further page when that one is full.
+    /// A new, empty map row on `mapPage` (made when `mapPage` is 0), or on a further page when that one is
+    /// full.
     RowPointer NewMap(PageNumber& mapPage);
 
   private:

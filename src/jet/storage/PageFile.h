@@ -1,5 +1,5 @@
-// The file as whole pages, deciphered.  Page 0, the header, is handed out as stored: only the block inside it is
-// enciphered (see FileHeader.h).
+// The file as whole pages, deciphered.  Page 0, the header, is handed out as stored: only the block inside it
+// is enciphered (see FileHeader.h).
 #pragma once
 
 #include <algorithm>

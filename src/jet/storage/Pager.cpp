@@ -10,7 +10,9 @@ Pager::Pager(std::unique_ptr<PageFile> file, std::size_t cachePages)
 
 Pager::~Pager() = default;
 
-PageRef Pager::Read(PageNumber number) { return PageRef(Load(number).page); }
+PageRef Pager::Read(PageNumber number) {
+    return PageRef(Load(number).page);
+}
 
 Page& Pager::Write(PageNumber number) {
     Frame& frame = Load(number);
@@ -72,8 +74,8 @@ void Pager::Remember(PageNumber number, const std::shared_ptr<Page>& before) {
     }
 }
 
-/// Drops the least recently used unchanged pages beyond the limit.  Changed pages stay while a statement is open
-/// (rule 2); outside one they are written when they are too many.
+/// Drops the least recently used unchanged pages beyond the limit.  Changed pages stay while a statement is
+/// open (rule 2); outside one they are written when they are too many.
 void Pager::MakeRoom() {
     if (!inStatement_ && dirtyCount_ >= limit_) {
         WriteDirty();

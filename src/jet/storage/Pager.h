@@ -3,7 +3,8 @@
 // Rules (tests cite the numbers):
 //  1. A page that someone holds (PageRef) keeps its content for as long as it is held, even when the page is
 //     changed or leaves the cache meanwhile.
-//  2. Between BeginStatement and CommitStatement no changed page reaches the file; RollbackStatement puts every
+//  2. Between BeginStatement and CommitStatement no changed page reaches the file; RollbackStatement puts
+//  every
 //     page and the page count back.
 //  3. Outside a statement changed pages may be written at any time; Flush writes all of them.
 //  4. The cache holds at most its limit of unchanged pages.

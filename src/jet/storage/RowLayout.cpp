@@ -10,7 +10,8 @@ namespace tavrel::jet {
 namespace {
 
 /// Bounds for a row that was written when `columnCount` numbers had been given out.
-VariableBounds BoundsFor(const std::vector<ColumnPlace>& columns, unsigned columnCount, unsigned variableNumbers) {
+VariableBounds BoundsFor(const std::vector<ColumnPlace>& columns, unsigned columnCount,
+                         unsigned variableNumbers) {
     VariableBounds bounds{0, variableNumbers};
     for (const ColumnPlace& column : columns) {
         if (column.number < columnCount) {
@@ -85,7 +86,9 @@ bool RowView::PlausibleTable(unsigned count, unsigned high) const {
     return before <= table;
 }
 
-unsigned RowView::VariableOffset(unsigned index) const { return U16(row_, mask_ - 4 - 2 * std::size_t{index}); }
+unsigned RowView::VariableOffset(unsigned index) const {
+    return U16(row_, mask_ - 4 - 2 * std::size_t{index});
+}
 
 bool RowView::MaskBit(unsigned number) const {
     return number < columnCount_ && (row_[mask_ + number / 8] >> (number % 8) & 1) != 0;
@@ -118,7 +121,8 @@ std::optional<ByteView> RowView::Field(std::size_t column) const {
 namespace {
 
 /// The variable values and their offsets: places[i] is where value i begins, the last one the end.
-void AppendVariablePart(const RowShape& shape, const std::vector<std::optional<ByteVector>>& fields, ByteVector& row) {
+void AppendVariablePart(const RowShape& shape, const std::vector<std::optional<ByteVector>>& fields,
+                        ByteVector& row) {
     std::vector<const ByteVector*> values(shape.VariableNumbers(), nullptr);
     for (std::size_t i = 0; i < fields.size(); ++i) {
         const ColumnPlace& column = shape.Columns()[i];
@@ -161,7 +165,8 @@ ByteVector BuildRow(const RowShape& shape, const std::vector<std::optional<ByteV
         if (!set) {
             continue;
         }
-        mask[column.number / 8] = static_cast<std::uint8_t>(mask[column.number / 8] | 1U << (column.number % 8));
+        mask[column.number / 8] =
+            static_cast<std::uint8_t>(mask[column.number / 8] | 1U << (column.number % 8));
         if (column.fixed && !column.boolean) {
             std::copy_n(fields[i]->begin(), column.length, row.begin() + 2 + column.offset);
         }

@@ -3,8 +3,8 @@
 //   u16 column count when the row was written | fixed part | variable values |
 //   u16 end | u16 offsets of values n-1 .. 0 | u16 n | null mask (bit = column number, 1 = not null)
 //
-// The offset table is there only if a variable column existed when the row was written.  Whether it did follows
-// from the columns' `variablesBefore` (field 7 of their records), not from the table's present count.
+// The offset table is there only if a variable column existed when the row was written.  Whether it did
+// follows from the columns' `variablesBefore` (field 7 of their records), not from the table's present count.
 #pragma once
 
 #include <array>
@@ -17,12 +17,13 @@ namespace tavrel::jet {
 
 /// What the row layout needs to know of a column.
 struct ColumnPlace {
-    std::uint16_t number = 0;         ///< bit in the null mask
+    std::uint16_t number = 0;  ///< bit in the null mask
     bool fixed = false;
-    bool boolean = false;             ///< the mask bit is the value
-    std::uint16_t variableIndex = 0;  ///< field 7 of the record: index, or for fixed ones the count created before
-    std::uint16_t offset = 0;         ///< fixed: offset behind the 2-byte column count
-    std::uint16_t length = 0;         ///< bytes
+    bool boolean = false;  ///< the mask bit is the value
+    std::uint16_t variableIndex =
+        0;                     ///< field 7 of the record: index, or for fixed ones the count created before
+    std::uint16_t offset = 0;  ///< fixed: offset behind the 2-byte column count
+    std::uint16_t length = 0;  ///< bytes
 };
 
 /// How many variable columns can have existed when a row with a given column count was written.
@@ -54,8 +55,8 @@ class RowView {
     /// Throws 3428 when the row's frame is impossible.
     RowView(const RowShape& shape, ByteView row);
 
-    /// The stored bytes of a column (place in RowShape::Columns), nothing for null.  A Boolean gives one byte, 1 or 0.
-    /// Throws 3428 when the value lies outside the row.
+    /// The stored bytes of a column (place in RowShape::Columns), nothing for null.  A Boolean gives one
+    /// byte, 1 or 0. Throws 3428 when the value lies outside the row.
     [[nodiscard]] std::optional<ByteView> Field(std::size_t column) const;
     [[nodiscard]] unsigned ColumnCount() const { return columnCount_; }
     [[nodiscard]] bool HasOffsets() const { return hasOffsets_; }
@@ -72,14 +73,14 @@ class RowView {
     const RowShape* shape_ = nullptr;
     ByteView row_;
     unsigned columnCount_ = 0;
-    std::size_t mask_ = 0;         ///< where the null mask starts
+    std::size_t mask_ = 0;  ///< where the null mask starts
     bool hasOffsets_ = false;
     unsigned variableCount_ = 0;
     std::size_t offsetTable_ = 0;  ///< where the offset of the end stands
 };
 
-/// Builds the bytes of a new row.  `fields` has one entry for each column of the shape: nothing = null; Booleans one
-/// byte; fixed columns exactly their length.  Throws 3047 when the row is too long for a page.
+/// Builds the bytes of a new row.  `fields` has one entry for each column of the shape: nothing = null;
+/// Booleans one byte; fixed columns exactly their length.  Throws 3047 when the row is too long for a page.
 ByteVector BuildRow(const RowShape& shape, const std::vector<std::optional<ByteVector>>& fields);
 
 }  // namespace tavrel::jet

@@ -9,7 +9,9 @@ namespace {
 constexpr std::uint8_t kMark0 = 0xFF;
 constexpr std::uint8_t kMark1 = 0xFE;
 
-bool IsCompressed(ByteView stored) { return stored.size() >= 2 && stored[0] == kMark0 && stored[1] == kMark1; }
+bool IsCompressed(ByteView stored) {
+    return stored.size() >= 2 && stored[0] == kMark0 && stored[1] == kMark1;
+}
 
 std::u16string UnitsOf(ByteView bytes) {
     if (bytes.size() % 2 != 0) {

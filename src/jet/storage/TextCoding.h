@@ -20,8 +20,8 @@ ByteVector PlainText(std::u16string_view units);
 std::optional<ByteVector> CompressText(std::u16string_view units);
 
 enum class TextKind { Column, Memo };
-/// The bytes that the engine stores: compressed if `compress` is set, the text has at least three units, and the
-/// compressed form is not longer (memo: is shorter).
+/// The bytes that the engine stores: compressed if `compress` is set, the text has at least three units, and
+/// the compressed form is not longer (memo: is shorter).
 ByteVector StoreText(std::u16string_view units, bool compress, TextKind kind);
 
 }  // namespace tavrel::jet

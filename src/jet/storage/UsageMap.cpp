@@ -30,9 +30,9 @@ void ReadBitmapPages(Pager& pager, ByteView row, std::uint64_t limit, UsageMap& 
             ThrowDamaged("페이지 " + std::to_string(number) + "이(가) 사용 지도 페이지가 아님");
         }
         map.bitmapPages.push_back(number);
+        map.capacity = (k + 1) * std::uint64_t{kMapPagesPerBitmap};
         CollectBits(page.Bytes().subspan(4), k * std::uint64_t{kMapPagesPerBitmap}, limit, map.pages);
     }
-    map.capacity = kMapMaxBitmaps * std::uint64_t{kMapPagesPerBitmap};
 }
 
 }  // namespace

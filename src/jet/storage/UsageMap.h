@@ -26,7 +26,9 @@ struct UsageMap {
 /// Reads a whole map; pages at or above `limit` are left out.  Throws 3428.
 UsageMap ReadUsageMap(Pager& pager, RowPointer at, std::uint64_t limit);
 /// The same, pages of the file only.
-inline UsageMap ReadUsageMap(Pager& pager, RowPointer at) { return ReadUsageMap(pager, at, pager.PageCount()); }
+inline UsageMap ReadUsageMap(Pager& pager, RowPointer at) {
+    return ReadUsageMap(pager, at, pager.PageCount());
+}
 
 /// The bytes of the row that a pointer names, followed over one move.  Throws 3428.
 ByteVector ReadRowAt(Pager& pager, RowPointer at);
