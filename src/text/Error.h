@@ -38,12 +38,14 @@ const ErrorText* FindErrorText(std::int32_t number);
 Error MakeError(std::int32_t number, std::initializer_list<std::string_view> arguments = {},
                 std::string_view reason = {});
 
-// Numbers that the code raises or asks for by name.  Those below 100 are the run-time's, the others the engine's.
+// Numbers that the code raises or asks for by name.  Those below 100 are the run-time's, the others the
+// engine's.
 namespace errors {
 inline constexpr std::int32_t kFileNotFound = 53;
 inline constexpr std::int32_t kDeviceFault = 57;
 inline constexpr std::int32_t kFileExists = 58;
 inline constexpr std::int32_t kDiskFull = 61;
+inline constexpr std::int32_t kTooManyFiles = 67;
 inline constexpr std::int32_t kPermissionDenied = 70;
 inline constexpr std::int32_t kPathAccess = 75;
 inline constexpr std::int32_t kPathNotFound = 76;
@@ -78,7 +80,7 @@ inline constexpr std::int32_t kRelationExists = 3378;
 inline constexpr std::int32_t kDamaged = 3428;
 inline constexpr std::int32_t kTypeMismatch = 3464;
 inline constexpr std::int32_t kTooManyIndexes = 3626;
-inline constexpr std::int32_t kUnknownSortWeight = 3709;
+inline constexpr std::int32_t kUnknownSortWeight = 3990;  ///< our own: the engine has no such failure
 }  // namespace errors
 
 }  // namespace tavrel

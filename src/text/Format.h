@@ -7,8 +7,8 @@
 
 namespace tavrel::text {
 
-/// Shortest form that reads back to the same double: plain notation for decimal exponents -4..15 (".0" if there
-/// is no fraction), else d.ddde±XX; NaN, Infinity, -Infinity as words.
+/// Shortest form that reads back to the same double: plain notation for decimal exponents -4..15 (".0" if
+/// there is no fraction), else d.ddde±XX; NaN, Infinity, -Infinity as words.
 std::string FormatDouble(double value);
 
 /// `scaled` / 10^scale with exactly `scale` decimals: (125000, 4) is "12.5000".

@@ -1,0 +1,104 @@
+#include "platform/FileSystem.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <fcntl.h>
+#include <filesystem>
+#include <optional>
+#include <sys/stat.h>
+
+#include "platform/posix/Descriptor.h"
+#include "platform/posix/SystemError.h"
+
+namespace tavrel::platform {
+namespace {
+
+/// What the path leads to; nothing when there is no such name.
+std::optional<struct stat> LookUp(const std::string& path) {
+    struct stat status = {};
+    if (::stat(path.c_str(), &status) == 0) {
+        return status;
+    }
+    if (errno == ENOENT || errno == ENOTDIR) {
+        return std::nullopt;
+    }
+    throw LastSystemError(path);
+}
+
+/// Makes a rename in the folder last.  A folder that may not be read cannot be synced; the rename stands
+/// anyway.
+void SyncFolderOf(const std::string& path) {
+    const std::string folder = std::filesystem::path(FullPath(path)).parent_path().string();
+    const Descriptor descriptor(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (descriptor.IsOpen() && ::fsync(descriptor.Number()) != 0 && errno != EINVAL) {
+        throw LastSystemError(folder);
+    }
+}
+
+}  // namespace
+
+bool FileExists(const std::string& path) {
+    const auto status = LookUp(path);
+    return status && S_ISREG(status->st_mode);
+}
+
+bool FolderExists(const std::string& path) {
+    const auto status = LookUp(path);
+    return status && S_ISDIR(status->st_mode);
+}
+
+std::uint64_t FileSize(const std::string& path) {
+    struct stat status = {};
+    if (::stat(path.c_str(), &status) != 0) {
+        throw LastSystemError(path);
+    }
+    if (!S_ISREG(status.st_mode)) {
+        throw MakeError(errors::kPathAccess, {}, path + ": 일반 파일이 아님");
+    }
+    return static_cast<std::uint64_t>(status.st_size);
+}
+
+void DeleteFileIfThere(const std::string& path) {
+    if (::unlink(path.c_str()) == 0 || errno == ENOENT) {
+        return;
+    }
+    const int reason = errno;
+    // A folder is refused with EISDIR here and with EPERM there.
+    throw SystemError(reason == EPERM && FolderExists(path) ? EISDIR : reason, path);
+}
+
+void MakeFolder(const std::string& path) {
+    if (::mkdir(path.c_str(), 0777) == 0) {
+        return;
+    }
+    const int reason = errno;
+    if (reason == EEXIST && FolderExists(path)) {
+        return;
+    }
+    throw SystemError(reason == ENOENT ? ENOTDIR : reason, path);  // what is missing is the folder above
+}
+
+void ReplaceFile(const std::string& from, const std::string& to) {
+    if (::rename(from.c_str(), to.c_str()) != 0) {
+        const int reason = errno;
+        throw SystemError(reason, FileExists(from) ? to : from);
+    }
+    SyncFolderOf(to);
+}
+
+std::string FullPath(const std::string& path) {
+    std::error_code failure;
+    const std::filesystem::path absolute = std::filesystem::absolute(path, failure);
+    if (failure) {
+        throw SystemError(failure.value(), path);
+    }
+    // ".." behind a symbolic link is not the folder that stands before it in the text.
+    if (std::ranges::find(absolute, std::filesystem::path("..")) == absolute.end()) {
+        return absolute.lexically_normal().string();
+    }
+    const std::filesystem::path resolved = std::filesystem::weakly_canonical(absolute, failure);
+    return (failure ? absolute : resolved).string();
+}
+
+}  // namespace tavrel::platform
