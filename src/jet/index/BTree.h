@@ -1,0 +1,58 @@
+// An index that changes: entries put in and taken out one at a time.
+//
+// Rules:
+//  1. The root page keeps its number: when the root splits, its content moves to a new page below it.
+//  2. A node entry is an upper bound of its child; the entries of the next child are greater.
+//  3. No page but an empty root leaf is empty, and no node has less than one entry beside its tail.
+//  4. Leaves, and nodes of one level, are chained in key order.
+//  5. Pages come from the allocator and stand in the index's map.
+#pragma once
+
+#include <vector>
+
+#include "jet/index/IndexPageEditor.h"
+#include "jet/storage/PageAllocator.h"
+
+namespace tavrel::jet {
+
+class BTree {
+  public:
+    /// `tablePage` is what the index's pages name as their owner, `map` the index's usage map.
+    BTree(Pager& pager, PageAllocator& allocator, PageNumber tablePage, RowPointer map, PageNumber root)
+        : pager_(pager), allocator_(allocator), owner_(tablePage), map_(map), root_(root) {}
+
+    /// Puts a row's entry in.  Throws 3047 when the key is too long for a page, 3428 when the tree is damaged.
+    void Insert(ByteView key, RowPointer row);
+    /// Takes a row's entry out; false when it is not there.
+    bool Remove(ByteView key, RowPointer row);
+    /// True when an entry with exactly that key is there, whatever its row.
+    bool Contains(ByteView key);
+
+  private:
+    /// One page on the way down and the place in it: of the child in a node, of the entry in the leaf.
+    struct Step {
+        PageNumber page = 0;
+        unsigned at = 0;
+    };
+    using Path = std::vector<Step>;
+
+    Path Descend(ByteView bound);
+    void InsertAt(Path& path, const ByteVector& entry);
+    void Split(Path& path, std::vector<ByteVector> entries, std::size_t at);
+    PageNumber NewPage(unsigned level);
+    void FreePage(PageNumber page);
+    void ChainBehind(PageNumber page, PageNumber fresh);
+    void Unchain(PageNumber page);
+    void RaiseRoot(Path& path);
+    void Shrink(Path& path);
+    bool Join(Path& path, unsigned left);
+    void LowerRoot();
+
+    Pager& pager_;
+    PageAllocator& allocator_;
+    PageNumber owner_;
+    RowPointer map_;
+    PageNumber root_;
+};
+
+}  // namespace tavrel::jet

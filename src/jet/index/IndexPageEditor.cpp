@@ -1,0 +1,206 @@
+#include "jet/index/IndexPageEditor.h"
+
+#include <algorithm>
+#include <bit>
+
+#include "jet/storage/DataPage.h"
+
+namespace tavrel::jet {
+
+namespace {
+
+constexpr std::size_t kMask = 0x1B;
+constexpr std::size_t kTail = 0x14;
+constexpr std::size_t kPrefix = 0x18;
+constexpr std::size_t kChildBytes = 4;
+constexpr std::size_t kRowBytes = 4;
+
+}  // namespace
+
+EntryTable::EntryTable(ByteView page) : prefix_(U16(page, kPrefix)) {  // NOLINT: ends_ is filled as far as used
+    if (page.size() != kPageSize || (page[0] != kPageTypeLeaf && page[0] != kPageTypeNode)) {
+        ThrowDamaged("인덱스 페이지가 아님");
+    }
+    leaf_ = page[0] == kPageTypeLeaf;
+    for (std::size_t byte = kMask; byte < kIndexEntries; ++byte) {
+        for (unsigned bits = page[byte]; bits != 0; bits &= bits - 1) {
+            ends_[count_++] =
+                static_cast<std::uint16_t>((byte - kMask) * 8 + static_cast<unsigned>(std::countr_zero(bits)));
+            if (count_ > kIndexRoom) {
+                ThrowDamaged("인덱스 페이지의 항목 표시가 잘못됨");
+            }
+        }
+    }
+    const std::size_t tailBytes = leaf_ ? kRowBytes : kRowBytes + kChildBytes;
+    if (count_ > 0 && (ends_[count_ - 1] > kIndexRoom || ends_[0] < prefix_ + tailBytes)) {
+        ThrowDamaged("인덱스 페이지의 항목이 잘못됨");
+    }
+    for (unsigned i = 1; i < count_; ++i) {
+        if (ends_[i] - ends_[i - 1] < static_cast<int>(tailBytes)) {
+            ThrowDamaged("인덱스 항목이 너무 짧음");
+        }
+    }
+}
+
+ByteVector EntryTable::Entry(ByteView page, unsigned entry) const {
+    const ByteView entries = page.subspan(kIndexEntries);
+    ByteVector whole;
+    if (entry > 0) {
+        AppendBytes(whole, entries.first(prefix_));
+    }
+    AppendBytes(whole, entries.subspan(Start(entry), End(entry) - Start(entry)));
+    return whole;
+}
+
+PageNumber EntryTable::Child(ByteView page, unsigned entry) const {
+    return entry == count_ ? U32(page, kTail) : U32Be(page, kIndexEntries + End(entry) - kChildBytes);
+}
+
+/// Compares an entry with a bound whose first `skip` bytes are known to be equal to the page's prefix.
+int EntryTable::Compare(ByteView page, unsigned entry, ByteView bound, unsigned skip) const {
+    const std::size_t childBytes = leaf_ ? 0 : kChildBytes;
+    const ByteView stored =
+        page.subspan(kIndexEntries + Start(entry), End(entry) - Start(entry) - childBytes).subspan(entry == 0 ? skip : 0);
+    const ByteView rest = bound.subspan(skip);
+    const int order = std::memcmp(stored.data(), rest.data(), std::min(stored.size(), rest.size()));
+    if (order != 0) {
+        return order;
+    }
+    return stored.size() < rest.size() ? -1 : static_cast<int>(stored.size() > rest.size());
+}
+
+unsigned EntryTable::LowerBound(ByteView page, ByteView bound) const {
+    unsigned skip = 0;
+    if (prefix_ > 0 && count_ > 0) {
+        // All entries begin with the prefix: a bound that does not stands before or behind all of them.
+        const ByteView prefix = page.subspan(kIndexEntries, prefix_);
+        const int order = std::memcmp(prefix.data(), bound.data(), std::min<std::size_t>(prefix_, bound.size()));
+        if (order != 0 || bound.size() < prefix_) {
+            return order < 0 ? count_ : 0;
+        }
+        skip = prefix_;
+    }
+    unsigned low = 0;
+    unsigned high = count_;
+    while (low < high) {
+        const unsigned middle = (low + high) / 2;
+        if (Compare(page, middle, bound, skip) < 0) {
+            low = middle + 1;
+        } else {
+            high = middle;
+        }
+    }
+    return low;
+}
+
+std::size_t PackedSize(const std::vector<ByteVector>& entries, std::size_t prefix) {
+    std::size_t size = 0;
+    for (const ByteVector& entry : entries) {
+        size += entry.size() - prefix;
+    }
+    return entries.empty() ? 0 : size + prefix;
+}
+
+std::size_t CommonPrefix(const std::vector<ByteVector>& entries) {
+    if (entries.empty()) {
+        return 0;
+    }
+    // The list is sorted: what the first and the last share, all share.
+    const ByteVector& first = entries.front();
+    const ByteVector& last = entries.back();
+    const std::size_t most = std::min(first.size(), last.size()) - kRowBytes;
+    std::size_t length = 0;
+    while (length < most && first[length] == last[length]) {
+        ++length;
+    }
+    return length;
+}
+
+void IndexPageEditor::Format(PageNumber owner, unsigned level) {
+    page_.fill(0);
+    page_[0] = level == 0 ? kPageTypeLeaf : kPageTypeNode;
+    page_[1] = 1;
+    page_[0x1A] = static_cast<std::uint8_t>(level);
+    PutU32(page_, 0x04, owner);
+    SetUsed(0);
+}
+
+void IndexPageEditor::MarkEnd(std::size_t end) {
+    page_[kMask + end / 8] = static_cast<std::uint8_t>(page_[kMask + end / 8] | 1U << end % 8);
+}
+
+/// Clears the marks of ends at or behind `from`.
+void IndexPageEditor::ClearMarks(std::size_t from) {
+    const std::size_t byte = kMask + from / 8;
+    page_[byte] = static_cast<std::uint8_t>(page_[byte] & ((1U << from % 8) - 1));
+    std::fill(page_.begin() + static_cast<std::ptrdiff_t>(byte) + 1, page_.begin() + kIndexEntries, std::uint8_t{0});
+}
+
+void IndexPageEditor::SetEntries(const std::vector<ByteVector>& entries, std::size_t prefix) {
+    ClearMarks(0);
+    PutU16(page_, kPrefix, static_cast<std::uint16_t>(entries.empty() ? 0 : prefix));
+    std::size_t used = 0;
+    for (const ByteVector& entry : entries) {
+        const auto from = entry.begin() + static_cast<std::ptrdiff_t>(used == 0 ? 0 : prefix);
+        std::copy(from, entry.end(), page_.begin() + static_cast<std::ptrdiff_t>(kIndexEntries + used));
+        used += static_cast<std::size_t>(entry.end() - from);
+        MarkEnd(used);
+    }
+    std::fill(page_.begin() + static_cast<std::ptrdiff_t>(kIndexEntries + used), page_.end(), std::uint8_t{0});
+    SetUsed(used);
+}
+
+bool IndexPageEditor::TryInsert(const EntryTable& table, unsigned at, ByteView entry) {
+    const unsigned prefix = table.Prefix();
+    if (prefix > 0 && (at == 0 || entry.size() < prefix + kRowBytes ||
+                       std::memcmp(entry.data(), page_.data() + kIndexEntries, prefix) != 0)) {
+        return false;
+    }
+    const ByteView stored = entry.subspan(at == 0 ? 0 : prefix);
+    if (table.Used() + stored.size() > kIndexRoom) {
+        return false;
+    }
+    const unsigned start = at == 0 ? 0 : table.End(at - 1);
+    std::uint8_t* place = page_.data() + kIndexEntries + start;
+    std::memmove(place + stored.size(), place, table.Used() - start);
+    std::memcpy(place, stored.data(), stored.size());
+    ClearMarks(start + 1);
+    MarkEnd(start + stored.size());
+    for (unsigned i = at; i < table.Count(); ++i) {
+        MarkEnd(table.End(i) + stored.size());
+    }
+    SetUsed(table.Used() + stored.size());
+    return true;
+}
+
+void IndexPageEditor::Remove(const EntryTable& table, unsigned at) {
+    const unsigned start = table.Start(at);
+    unsigned keep = 0;  // bytes that the next entry, becoming the first, takes over
+    if (at == 0 && table.Count() > 1) {
+        keep = table.Prefix();
+    }
+    const unsigned gone = table.End(at) - start - keep;
+    std::uint8_t* place = page_.data() + kIndexEntries + start + keep;
+    std::memmove(place, place + gone, table.Used() - table.End(at));
+    ClearMarks(start + 1);
+    for (unsigned i = at + 1; i < table.Count(); ++i) {
+        MarkEnd(table.End(i) - gone);
+    }
+    if (table.Count() == 1) {
+        PutU16(page_, kPrefix, 0);
+    }
+    SetUsed(table.Used() - gone);
+}
+
+void IndexPageEditor::SetChild(const EntryTable& table, unsigned at, PageNumber child) {
+    if (at == table.Count()) {
+        SetTail(child);
+        return;
+    }
+    const std::size_t place = kIndexEntries + table.End(at) - kChildBytes;
+    for (std::size_t i = 0; i < kChildBytes; ++i) {
+        page_[place + i] = static_cast<std::uint8_t>(child >> (8 * (kChildBytes - 1 - i)));
+    }
+}
+
+}  // namespace tavrel::jet

@@ -1,0 +1,75 @@
+// One index page, searched and changed in place.  The layout stands in IndexPage.h.
+#pragma once
+
+#include <array>
+#include <vector>
+
+#include "jet/index/IndexPage.h"
+
+namespace tavrel::jet {
+
+/// Where the entries of a page end.  Holds no view on the page: it stays right only as long as the page's entries do.
+class EntryTable {
+  public:
+    /// Throws 3428 when the page is no index page or its entry mask is impossible.
+    explicit EntryTable(ByteView page);
+
+    [[nodiscard]] unsigned Count() const { return count_; }
+    [[nodiscard]] unsigned Start(unsigned entry) const { return entry == 0 ? 0 : ends_[entry - 1]; }
+    [[nodiscard]] unsigned End(unsigned entry) const { return ends_[entry]; }
+    [[nodiscard]] unsigned Used() const { return count_ == 0 ? 0 : ends_[count_ - 1]; }
+    [[nodiscard]] unsigned Prefix() const { return prefix_; }
+    [[nodiscard]] bool Leaf() const { return leaf_; }
+
+    /// The whole entry, prefix put back.
+    [[nodiscard]] ByteVector Entry(ByteView page, unsigned entry) const;
+    /// A node's child; entry Count() is the tail.
+    [[nodiscard]] PageNumber Child(ByteView page, unsigned entry) const;
+    /// The first entry that is not below `bound` (key + row pointer); Count() when all are.  In a node the child to
+    /// descend into stands there.
+    [[nodiscard]] unsigned LowerBound(ByteView page, ByteView bound) const;
+
+  private:
+    [[nodiscard]] int Compare(ByteView page, unsigned entry, ByteView bound, unsigned skip) const;
+
+    bool leaf_ = true;
+    unsigned prefix_ = 0;
+    unsigned count_ = 0;
+    std::array<std::uint16_t, kIndexRoom + 1> ends_;  // NOLINT: filled up to count_ only, for speed
+};
+
+/// The bytes that a page's entries take with a prefix left out of all but the first.
+std::size_t PackedSize(const std::vector<ByteVector>& entries, std::size_t prefix);
+/// Length of what all entries of a sorted list begin with, at most the first's length less its row pointer.
+std::size_t CommonPrefix(const std::vector<ByteVector>& entries);
+
+class IndexPageEditor {
+  public:
+    explicit IndexPageEditor(Page& page) : page_(page) {}
+
+    /// An empty page of a level (0 = leaf).
+    void Format(PageNumber owner, unsigned level);
+    /// Replaces all entries.  REQUIRES: PackedSize(entries, prefix) <= kIndexRoom.
+    void SetEntries(const std::vector<ByteVector>& entries, std::size_t prefix);
+
+    /// Puts an entry in at a place if that is possible without touching other entries; false when there is no room or
+    /// the page's prefix does not fit.
+    bool TryInsert(const EntryTable& table, unsigned at, ByteView entry);
+    /// Takes an entry out.
+    void Remove(const EntryTable& table, unsigned at);
+
+    /// Points entry `at` of a node, Count() being the tail, to another child.
+    void SetChild(const EntryTable& table, unsigned at, PageNumber child);
+    void SetPrevious(PageNumber page) { PutU32(page_, 0x0C, page); }
+    void SetNext(PageNumber page) { PutU32(page_, 0x10, page); }
+    void SetTail(PageNumber page) { PutU32(page_, 0x14, page); }
+
+  private:
+    void SetUsed(std::size_t used) { PutU16(page_, 0x02, static_cast<std::uint16_t>(kIndexRoom - used)); }
+    void MarkEnd(std::size_t end);
+    void ClearMarks(std::size_t from);
+
+    Page& page_;
+};
+
+}  // namespace tavrel::jet
