@@ -39,11 +39,12 @@ class CompareRun {
 
   private:
     bool PathIsGood(std::size_t side);
-    bool PreparePaths(std::string& pathA, std::string& pathB);
+    bool PrepareCopies(std::string& pathA, std::string& pathB);
     void SnapshotAndCompare(const std::string& pathA, const std::string& pathB);
 
     WorkbenchControls& controls_;
     WorkingCopies* copies_;
+    const char* procedure_ = "";  ///< at work, to be named when it fails
     RunOutcome outcome_ = RunOutcome::Stopped;
     int differences_ = 0;
 };

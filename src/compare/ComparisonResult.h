@@ -21,6 +21,9 @@ inline constexpr std::array<std::string_view, kCellCount> kCellNames = {
 /// Texts of one side of a row, in the order of kCellNames.  Valid as long as the grid is not emptied.
 using SideCells = std::array<std::string_view, kCellCount>;
 
+/// The texts of a row of the grid, side A with offset 0, side B with grid::kSideBOffset.  Rows count from 1.
+SideCells SideOf(const grid::ResultGrid& grid, int offset, int row);
+
 enum class OneSided : std::uint8_t { None, A, B };
 
 struct ResultRow {
@@ -57,8 +60,5 @@ class ComparisonResult {
     std::shared_ptr<const grid::ResultGrid> grid_;
     int differences_;
 };
-
-/// What a comparison says at its end.
-std::string DifferenceMessage(int differences);
 
 }  // namespace tavrel::compare

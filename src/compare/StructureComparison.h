@@ -1,6 +1,8 @@
 // Turns two independent snapshots in the grid into a side-by-side comparison.
 #pragma once
 
+#include <string>
+
 #include "compare/WorkbenchControls.h"
 
 namespace tavrel::compare {
@@ -9,6 +11,9 @@ namespace tavrel::compare {
 /// reports the number of marked rows in a message box and returns it.  Time grows with the number of rows,
 /// whatever they hold.
 int CompareSnapshots(WorkbenchControls& controls);
+
+/// What a comparison says at its end.
+std::string DifferenceMessage(int differences);
 
 /// Hides the rows without mark.
 void ShowDifferencesOnly(grid::ResultGrid& grid);

@@ -15,13 +15,15 @@ class Database {
   public:
     explicit Database(std::unique_ptr<jet::Database> file);
     ~Database();
+    Database(const Database&) = delete;
+    Database& operator=(const Database&) = delete;
 
     /// Read once and kept.  Throws Error when the catalog cannot be read, or after Close.
     [[nodiscard]] db::TableDefs& TableDefs();
     /// Gives the file back; closing twice is harmless.
     void Close();
 
-    /// The file below; throws Error (3420) after Close.
+    /// The file below; throws Error (91) after Close.
     [[nodiscard]] jet::Database& File();
 
   private:

@@ -109,9 +109,16 @@ class ResultGrid {
     void Observe(GridObserver* observer) { observer_ = observer; }
 
   private:
-    static constexpr int kNone = -1;
     static constexpr Colour kDefaultColour = UINT32_MAX;
 
+    static constexpr int kEveryRow = INT32_MAX;
+
+    static std::array<std::string, kColumnCount + 1> DefaultCaptions();
+    static std::array<Colour, kColumnCount + 1> NoColours() {
+        std::array<Colour, kColumnCount + 1> none;
+        none.fill(kDefaultColour);
+        return none;
+    }
     static bool IsColumn(int column) { return column >= 1 && column <= kColumnCount; }
     static std::size_t Place(int column) { return static_cast<std::size_t>(column); }
     [[nodiscard]] bool IsCell(int column, int row) const {
@@ -121,13 +128,15 @@ class ResultGrid {
     [[nodiscard]] CellRange Selection() const;
     [[nodiscard]] bool Watched() const { return observer_ != nullptr && repaint_; }
     void Changed(const CellRange& range) const;
+    void MoveCells(int column, int firstRow, int lastRow, int targetColumn, int targetRow);
     void PutHeader(int column, int row, std::string_view text);
 
     int rowCount_ = 0;
     TextPool pool_;
     std::array<std::vector<TextId>, kColumnCount + 1> texts_;    ///< [column][row - 1]
     std::array<std::vector<Colour>, kColumnCount + 1> colours_;  ///< as far down as a cell was coloured
-    std::vector<bool> hidden_;                                   ///< as far down as a row was hidden
+    std::array<Colour, kColumnCount + 1> columnColours_ = NoColours();
+    std::vector<bool> hidden_;  ///< as far down as a row was hidden
     std::array<std::string, kColumnCount + 1> topHeader_;
     std::array<std::string, kColumnCount + 1> captions_ = DefaultCaptions();
     std::vector<JoinedCells> joins_;
@@ -147,8 +156,6 @@ class ResultGrid {
     bool blockMode_ = false;
     bool repaint_ = true;
     GridObserver* observer_ = nullptr;
-
-    static std::array<std::string, kColumnCount + 1> DefaultCaptions();
 };
 
 }  // namespace tavrel::grid

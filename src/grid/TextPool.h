@@ -19,8 +19,8 @@ class TextPool {
 
     /// The text's number, a new one when the pool has not seen it.
     TextId Intern(std::string_view text);
-    /// The number of a text that is there already; kUnknown when it is not.
-    [[nodiscard]] TextId Find(std::string_view text) const;
+    /// The number that every form of the text has as its Folded; kUnknown when the pool holds no such form.
+    [[nodiscard]] TextId FindFolded(std::string_view text) const;
     /// Number of the upper-case form: equal for texts that differ in letter case only.
     [[nodiscard]] TextId Folded(TextId id) const { return entries_[id].folded; }
     /// Valid until Clear.

@@ -1,0 +1,108 @@
+#include "compare/CompareRun.h"
+
+#include <cstdint>
+
+#include "compare/SchemaSnapshot.h"
+#include "compare/StructureComparison.h"
+#include "db/ErrorMessage.h"
+#include "platform/FileSystem.h"
+#include "text/Error.h"
+
+namespace tavrel::compare {
+
+namespace {
+
+constexpr const char* kNoPath = "DataBase 파일을 선택하세요.";
+constexpr const char* kNoFile = "파일을 찾을 수 없습니다.\r\n\r\n";
+constexpr int kRunSteps = 5;
+constexpr std::int32_t kUnsupported = 445;
+constexpr const char* kNoPatches =
+    "이 프로그램에서는 제품 스키마 패치를 할 수 없습니다. 제품을 선택하지 마십시오.";
+
+/// Hourglass, no repainting, visible progress bars: from here to the end of the block, however it is left.
+class BusyState {
+  public:
+    explicit BusyState(WorkbenchControls& controls) : controls_(controls) {
+        controls_.pointer->SetHourglass(true);
+        controls_.spList->SetRepaint(false);
+        controls_.ProgressBar1[1]->SetMaximum(kRunSteps);
+        controls_.ProgressBar1[1]->SetValue(0);
+        ShowBars(true);
+    }
+    ~BusyState() {
+        controls_.pointer->SetHourglass(false);
+        controls_.spList->SetRepaint(true);
+        ShowBars(false);
+    }
+    BusyState(const BusyState&) = delete;
+    BusyState& operator=(const BusyState&) = delete;
+
+  private:
+    void ShowBars(bool visible) {
+        for (platform::ProgressBar* bar : controls_.ProgressBar1) {
+            bar->SetVisible(visible);
+        }
+    }
+
+    WorkbenchControls& controls_;
+};
+
+}  // namespace
+
+void CompareRun::cmdComp_Click() {
+    outcome_ = RunOutcome::Stopped;
+    differences_ = 0;
+    procedure_ = "cmdComp_Click";
+    try {
+        if (!PathIsGood(0) || !PathIsGood(1)) {
+            return;
+        }
+        std::string pathA = controls_.txtDBPath[0]->Text();
+        std::string pathB = controls_.txtDBPath[1]->Text();
+        if (controls_.AppCode.empty() || PrepareCopies(pathA, pathB)) {
+            SnapshotAndCompare(pathA, pathB);
+        }
+    } catch (const Error& error) {
+        controls_.messages->Say(db::ProcedureErrorText(error, procedure_, "Form Form1"));
+    }
+}
+
+bool CompareRun::PathIsGood(std::size_t side) {
+    platform::TextField& field = *controls_.txtDBPath[side];
+    const std::string path = field.Text();
+    if (!path.empty() && platform::FileExists(path)) {
+        return true;
+    }
+    controls_.messages->Say(path.empty() ? kNoPath : kNoFile + path);
+    field.SetFocus();
+    return false;
+}
+
+bool CompareRun::PrepareCopies(std::string& pathA, std::string& pathB) {
+    if (copies_ == nullptr) {
+        throw Error(kUnsupported, kNoPatches);
+    }
+    return copies_->Prepare(controls_, pathA, pathB);
+}
+
+void CompareRun::SnapshotAndCompare(const std::string& pathA, const std::string& pathB) {
+    const BusyState busy(controls_);
+    const SnapshotTarget target = TargetOf(controls_);
+    platform::ProgressBar& overall = *controls_.ProgressBar1[1];
+    procedure_ = "LoadSchemaSnapshot";
+    if (!LoadSchemaSnapshot(target, pathA, true, controls_.txtPwd[0]->Text(),
+                            controls_.cmbTblName[0]->Text())) {
+        return;
+    }
+    overall.Advance();
+    if (!LoadSchemaSnapshot(target, pathB, false, controls_.txtPwd[1]->Text(),
+                            controls_.cmbTblName[1]->Text())) {
+        return;
+    }
+    overall.Advance();
+    procedure_ = "CompareSnapshots";
+    differences_ = CompareSnapshots(controls_);
+    outcome_ = differences_ == 0 ? RunOutcome::Equal : RunOutcome::Different;
+}
+
+}  // namespace tavrel::compare

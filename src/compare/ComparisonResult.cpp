@@ -1,0 +1,100 @@
+#include "compare/ComparisonResult.h"
+
+#include <algorithm>
+
+#include "compare/StructureComparison.h"
+
+namespace tavrel::compare {
+
+namespace {
+
+namespace cell = grid::cell;
+
+int GridRow(std::size_t index) {
+    return static_cast<int>(index) + 1;
+}
+
+std::optional<SideCells> SideOrNothing(const grid::ResultGrid& grid, int offset, int row) {
+    const SideCells cells = SideOf(grid, offset, row);
+    const bool blank = std::ranges::all_of(cells, &std::string_view::empty) &&
+                       grid.Id(offset + cell::kKey, row) == grid::kEmptyText;
+    return blank ? std::nullopt : std::optional(cells);
+}
+
+std::uint32_t RedCells(const grid::ResultGrid& grid, int row) {
+    std::uint32_t red = 0;
+    for (std::size_t i = 0; i < kCellCount; ++i) {
+        if (grid.BackColor(static_cast<int>(i) + 1, row) == grid::colours::kRed) {
+            red |= 1U << i;
+        }
+    }
+    return red;
+}
+
+OneSided BlueSide(const grid::ResultGrid& grid, int row) {
+    if (grid.BackColor(cell::kField, row) == grid::colours::kOneSided) {
+        return OneSided::A;
+    }
+    const bool ofB = grid.BackColor(cell::kField + grid::kSideBOffset, row) == grid::colours::kOneSided;
+    return ofB ? OneSided::B : OneSided::None;
+}
+
+}  // namespace
+
+SideCells SideOf(const grid::ResultGrid& grid, int offset, int row) {
+    SideCells cells;
+    for (std::size_t i = 0; i < kCellCount; ++i) {
+        cells[i] = grid.Text(offset + static_cast<int>(i) + 1, row);
+    }
+    return cells;
+}
+
+std::vector<std::string_view> ResultRow::RedNames() const {
+    std::vector<std::string_view> names;
+    for (std::size_t i = 0; i < kCellCount; ++i) {
+        if (IsRed(i)) {
+            names.push_back(kCellNames[i]);
+        }
+    }
+    return names;
+}
+
+std::string_view ResultRow::BlueName() const {
+    constexpr std::array<std::string_view, 3> kNames = {"", "a", "b"};
+    return kNames[static_cast<std::size_t>(blue)];
+}
+
+ComparisonResult::ComparisonResult(std::shared_ptr<const grid::ResultGrid> grid, int differences)
+    : grid_(std::move(grid)), differences_(differences) {}
+
+ComparisonResult::ComparisonResult(const grid::ResultGrid& grid, int differences)
+    : ComparisonResult(std::shared_ptr<const grid::ResultGrid>(std::shared_ptr<void>(), &grid), differences) {
+}
+
+std::string_view ComparisonResult::PathA() const {
+    return grid_->Text(cell::kTable, grid::kTopHeaderRow);
+}
+
+std::string_view ComparisonResult::PathB() const {
+    return grid_->Text(cell::kTable + grid::kSideBOffset, grid::kTopHeaderRow);
+}
+
+std::string ComparisonResult::Message() const {
+    return DifferenceMessage(differences_);
+}
+
+std::size_t ComparisonResult::RowCount() const {
+    return static_cast<std::size_t>(grid_->RowCount());
+}
+
+ResultRow ComparisonResult::Row(std::size_t index) const {
+    const int row = GridRow(index);
+    return {.mark = grid_->Text(grid::kCompareColumn, row),
+            .hidden = grid_->RowHidden(row),
+            .a = SideOrNothing(*grid_, 0, row),
+            .b = SideOrNothing(*grid_, grid::kSideBOffset, row),
+            .red = RedCells(*grid_, row),
+            .blue = BlueSide(*grid_, row)};
+}
+
+}  // namespace tavrel::compare

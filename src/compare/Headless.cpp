@@ -1,0 +1,102 @@
+#include "compare/Headless.h"
+
+#include "compare/CompareRun.h"
+#include "compare/SchemaSnapshot.h"
+
+namespace tavrel::compare {
+
+namespace {
+
+class FixedText : public platform::TextField {
+  public:
+    explicit FixedText(std::string text) : text_(std::move(text)) {}
+    [[nodiscard]] std::string Text() const override { return text_; }
+    void SetFocus() override {}
+
+  private:
+    std::string text_;
+};
+
+class FixedOption : public platform::OptionBox {
+  public:
+    explicit FixedOption(bool ticked) : ticked_(ticked) {}
+    [[nodiscard]] int Value() const override { return ticked_ ? 1 : 0; }
+
+  private:
+    bool ticked_;
+};
+
+class NoPointer : public platform::Pointer {
+  public:
+    void SetHourglass(bool /*on*/) override {}
+};
+
+class NoMessageField : public MessageField {
+  public:
+    void SetVisible(bool /*visible*/) override {}
+    void SetFocus() override {}
+};
+
+/// Controls filled from a request.
+struct FixedControls {
+    explicit FixedControls(const CompareRequest& request)
+        : fields{FixedText(request.a.path),     FixedText(request.b.path),  FixedText(request.a.password),
+                 FixedText(request.b.password), FixedText(request.a.table), FixedText(request.b.table)},
+          options{FixedOption(request.bothOnly), FixedOption(request.indexOnly),
+                  FixedOption(request.onlyDifferences)} {}
+
+    WorkbenchControls Wire(grid::ResultGrid& grid, const Surroundings& around) {
+        return {.txtDBPath = {&fields[0], &fields[1]},
+                .txtPwd = {&fields[2], &fields[3]},
+                .cmbTblName = {&fields[4], &fields[5]},
+                .Check1 = {&options[0], &options[1], &options[2]},
+                .ProgressBar1 = {&around.phase, &around.overall},
+                .maketb = &messageField,
+                .pointer = &noPointer,
+                .messages = &around.messages,
+                .spList = &grid,
+                .AppCode = {}};
+    }
+
+    std::array<FixedText, 6> fields;
+    std::array<FixedOption, 3> options;
+    NoMessageField messageField;
+    NoPointer noPointer;
+};
+
+}  // namespace
+
+std::optional<ComparisonResult> CompareDatabases(const CompareRequest& request, const Surroundings& around) {
+    auto grid = std::make_shared<grid::ResultGrid>();
+    FixedControls fixed(request);
+    WorkbenchControls controls = fixed.Wire(*grid, around);
+    CompareRun run(controls);
+    run.cmdComp_Click();
+    if (run.Outcome() == RunOutcome::Stopped) {
+        return std::nullopt;
+    }
+    return ComparisonResult(std::move(grid), run.Differences());
+}
+
+std::optional<SchemaRows> ReadSchema(const DatabaseChoice& database, const Surroundings& around) {
+    auto grid = std::make_shared<grid::ResultGrid>();
+    const SnapshotTarget target{*grid, around.phase, around.messages};
+    around.phase.SetVisible(true);
+    const bool read = LoadSchemaSnapshot(target, database.path, true, database.password, database.table);
+    around.phase.SetVisible(false);
+    return read ? std::optional(SchemaRows(std::move(grid))) : std::nullopt;
+}
+
+std::string_view SchemaRows::Path() const {
+    return grid_->Text(grid::cell::kTable, grid::kTopHeaderRow);
+}
+
+std::size_t SchemaRows::RowCount() const {
+    return static_cast<std::size_t>(grid_->RowCount());
+}
+
+SideCells SchemaRows::Row(std::size_t index) const {
+    return SideOf(*grid_, 0, static_cast<int>(index) + 1);
+}
+
+}  // namespace tavrel::compare
