@@ -190,12 +190,13 @@ void ApplyAlignment(grid::ResultGrid& grid, const Alignment& alignment) {
     grid.SetRowCount(grid.RowCount() + alignment.grown);
     MoveSide(grid, 0, alignment.shiftsA, alignment.rows);
     MoveSide(grid, grid::kSideBOffset, alignment.shiftsB, alignment.rows);
+    // A block is painted when it opens, before the rows in it are looked at: red stays on top.
+    for (const OneSidedBlock& block : alignment.oneSided) {
+        PaintOneSided(grid, block);
+    }
     for (const DifferingRow& differing : alignment.differing) {
         grid.PutText(grid::kCompareColumn, differing.row, kDifferenceMark);
         PaintRed(grid, differing);
-    }
-    for (const OneSidedBlock& block : alignment.oneSided) {
-        PaintOneSided(grid, block);
     }
 }
 
