@@ -1,0 +1,35 @@
+// Where findings are gathered.
+#pragma once
+
+#include <initializer_list>
+#include <string>
+#include <unordered_map>
+
+#include "jet/engine/check/FindingKind.h"
+#include "text/Error.h"
+
+namespace tavrel::jet::check {
+
+class FindingLog {
+  public:
+    void Add(FindingKind kind, std::string where, std::initializer_list<std::string_view> arguments = {});
+    void Count(const char* what, std::uint64_t number = 1) { report_.counts[what] += number; }
+    /// The report, with a line for each kind of which not all findings were kept.
+    CheckReport Finish();
+
+  private:
+    CheckReport report_;
+    std::unordered_map<FindingKind, std::uint64_t> perKind_;
+};
+
+/// Runs one concern; an error that it throws becomes a finding, so that the others still get their turn.
+template <class Step>
+void Guard(FindingLog& log, FindingKind kind, const std::string& where, Step&& step) {
+    try {
+        step();
+    } catch (const Error& error) {
+        log.Add(kind, where, {error.Description()});
+    }
+}
+
+}  // namespace tavrel::jet::check

@@ -1,0 +1,155 @@
+#include "jet/engine/check/IndexEntries.h"
+
+#include <algorithm>
+
+#include "jet/engine/check/Places.h"
+#include "jet/index/IndexPage.h"
+#include "jet/index/KeyEncoder.h"
+#include "jet/storage/LongValue.h"
+#include "text/Format.h"
+
+namespace tavrel::jet::check {
+
+namespace {
+
+constexpr std::uint8_t kNotNull = 0x7F;
+constexpr std::uint8_t kNotNullDescending = 0x80;
+
+}  // namespace
+
+IndexEntries::IndexEntries(Context& context, const std::string& where, const TableDefinition& table,
+                           const RealIndex& index, const RowShape& shape, const RowList& rows)
+    : context_(context),
+      log_(context.log),
+      where_(where),
+      table_(table),
+      index_(index),
+      shape_(shape),
+      rows_(rows),
+      reader_(context.pager),
+      seen_(rows.Size()),
+      longBudget_(std::uint64_t{context.pager.PageCount()} * kPageSize) {
+    for (const IndexColumn& column : index.columns) {
+        const std::size_t place = table.FindColumn(column.number);
+        if (place != TableDefinition::npos) {
+            columns_.push_back({place, column.ascending});
+        }
+    }
+}
+
+void IndexEntries::Add(ByteView entry) {
+    const RowPointer slot = LeafRow(entry);
+    const std::size_t row = rows_.Find(slot);
+    if (row == RowList::npos) {
+        log_.Add(FindingKind::EntryWithoutRow, where_, {PointerText(slot)});
+        return;
+    }
+    if (seen_[row]) {
+        log_.Add(FindingKind::RowTwoEntries, where_, {PointerText(slot)});
+        return;
+    }
+    seen_[row] = true;
+    if (!rows_.IsReadable(row)) {
+        return;
+    }
+    Guard(log_, FindingKind::RowDamaged, RowPlaceText(where_, slot), [&] {
+        const RowView view(shape_, reader_.Read(rows_.At(row)));
+        const Nulls nulls = NullsOf(view);
+        if (index_.Required() && nulls.any) {
+            log_.Add(FindingKind::NullInRequired, where_, {PointerText(slot)});
+        }
+        CheckDuplicate(slot, LeafKey(entry), nulls.any);
+        CheckKey(slot, view, LeafKey(entry));
+    });
+}
+
+IndexEntries::Nulls IndexEntries::NullsOf(const RowView& view) const {
+    Nulls nulls;
+    for (const KeyColumn& column : columns_) {
+        const bool isNull = !view.Field(column.place);
+        nulls.any |= isNull;
+        nulls.all &= isNull;
+    }
+    return nulls;
+}
+
+/// Entries come in key order, so equal keys are neighbours.
+void IndexEntries::CheckDuplicate(RowPointer slot, ByteView key, bool anyNull) {
+    if (!index_.Unique() || anyNull) {
+        return;
+    }
+    if (haveKey_ && std::equal(key.begin(), key.end(), lastKey_.begin(), lastKey_.end())) {
+        log_.Add(FindingKind::DuplicateKey, where_, {PointerText(lastRow_), PointerText(slot)});
+    }
+    lastKey_.assign(key.begin(), key.end());
+    lastRow_ = slot;
+    haveKey_ = true;
+}
+
+/// The key is computed again from the row.  A text with a character of unknown weight ends the comparison:
+/// only its flag byte is known.
+void IndexEntries::CheckKey(RowPointer slot, const RowView& view, ByteView key) {
+    std::size_t at = 0;
+    for (const KeyColumn& keyColumn : columns_) {
+        const Column& column = table_.columns[keyColumn.place];
+        std::optional<ByteView> value = view.Field(keyColumn.place);
+        std::optional<ByteVector> fetched;
+        if (value && IsLong(column.type)) {
+            fetched = FetchLong(value);
+            value = fetched ? std::optional<ByteView>(*fetched) : std::nullopt;
+            if (!fetched) {
+                return;
+            }
+        }
+        std::optional<ByteVector> wanted = EncodeKeyColumn(column, value, keyColumn.ascending);
+        const bool known = wanted.has_value();
+        if (!known) {
+            wanted = ByteVector{keyColumn.ascending ? kNotNull : kNotNullDescending};
+        }
+        const ByteView rest = key.subspan(at);
+        if (rest.size() < wanted->size() || !std::equal(wanted->begin(), wanted->end(), rest.begin())) {
+            log_.Add(FindingKind::KeyDiffers, where_, {PointerText(slot), text::Hex(key)});
+            return;
+        }
+        if (!known) {
+            log_.Count("keys-with-unknown-weights");
+            return;
+        }
+        at += wanted->size();
+    }
+    log_.Count("keys-compared");
+    if (at != key.size()) {
+        log_.Add(FindingKind::KeyDiffers, where_, {PointerText(slot), text::Hex(key)});
+    }
+}
+
+/// Rows of a damaged file may all name one huge value; what is fetched stays within the size of the file.
+std::optional<ByteVector> IndexEntries::FetchLong(std::optional<ByteView> descriptor) {
+    const std::uint64_t length = LongValueLength(*descriptor);
+    if (length > longBudget_) {
+        return std::nullopt;
+    }
+    longBudget_ -= length;
+    return ReadLongValue(context_.pager, *descriptor);
+}
+
+void IndexEntries::CheckRowsWithoutEntry() {
+    std::size_t missing = 0;
+    for (std::size_t row = 0; row < rows_.Size() && missing < kFindingsPerKind; ++row) {
+        if (seen_[row] || !rows_.IsReadable(row)) {
+            continue;
+        }
+        Guard(log_, FindingKind::RowDamaged, RowPlaceText(where_, rows_.Slot(row)), [&] {
+            const Nulls nulls = NullsOf(RowView(shape_, reader_.Read(rows_.At(row))));
+            if (index_.Required() && nulls.any) {
+                log_.Add(FindingKind::NullInRequired, where_, {PointerText(rows_.Slot(row))});
+            }
+            if (!index_.IgnoreNulls() || !nulls.all) {
+                ++missing;
+                log_.Add(FindingKind::RowWithoutEntry, where_, {PointerText(rows_.Slot(row))});
+            }
+        });
+    }
+}
+
+}  // namespace tavrel::jet::check

@@ -1,0 +1,153 @@
+#include "jet/engine/check/RowCheck.h"
+
+#include <algorithm>
+
+#include "jet/engine/check/Places.h"
+#include "jet/engine/check/TextForm.h"
+
+namespace tavrel::jet::check {
+
+namespace {
+constexpr std::size_t kDescriptorBytes = 12;
+}
+
+RowCheck::RowCheck(FindingLog& log, const std::string& table, const TableDefinition& definition,
+                   const RowShape& shape, std::vector<LongValueCheck>& longValues)
+    : log_(log),
+      table_(table),
+      definition_(definition),
+      shape_(shape),
+      longValues_(longValues),
+      plainTexts_(definition.columns.size()) {
+    for (std::size_t i = 0; i < definition.columns.size(); ++i) {
+        const Column& column = definition.columns[i];
+        if (column.type == ColumnType::Long && column.Autonumber()) {
+            autonumber_ = i;
+        }
+    }
+}
+
+bool RowCheck::Check(RowPointer slot, ByteView row) {
+    const std::string where = RowPlaceText(table_, slot);
+    if (!CheckFrame(where, row)) {
+        return false;
+    }
+    const RowView view(shape_, row);
+    const VariableBounds bounds = shape_.Bounds(view.ColumnCount());
+    if ((bounds.low > 0 || view.HasOffsets()) && !CheckOffsets(where, view, bounds)) {
+        return false;
+    }
+    CheckFixedPart(where, view, view.HasOffsets() ? view.VariableOffset(0) : view.OffsetTable());
+    log_.Count("rows-older-than-a-column", view.ColumnCount() < shape_.ColumnNumbers() ? 1 : 0);
+    log_.Count("rows-without-offset-table", view.HasOffsets() ? 0 : 1);
+    if (!CheckValues(where, slot, view)) {
+        return false;
+    }
+    CheckLongValues(slot, view);
+    return true;
+}
+
+bool RowCheck::CheckFrame(const std::string& where, ByteView row) {
+    const std::size_t columns = row.size() < 2 ? 0 : U16(row, 0);
+    if (columns == 0 || columns > shape_.ColumnNumbers() || row.size() < 2 + (columns + 7) / 8) {
+        log_.Add(FindingKind::RowColumnCount, where, {Number(columns)});
+        return false;
+    }
+    return true;
+}
+
+bool RowCheck::CheckOffsets(const std::string& where, const RowView& view, VariableBounds bounds) {
+    const unsigned count = view.VariableCount();
+    if (count < bounds.low || count > bounds.high) {
+        log_.Add(FindingKind::RowVariableCount, where, {Number(count)});
+        return false;
+    }
+    unsigned before = 0;
+    for (unsigned i = 0; i <= count; ++i) {
+        const unsigned offset = view.VariableOffset(i);
+        if (offset < before || offset > view.OffsetTable()) {
+            log_.Add(FindingKind::RowOffsets, where);
+            return false;
+        }
+        before = offset;
+    }
+    return true;
+}
+
+void RowCheck::CheckFixedPart(const std::string& where, const RowView& view, std::size_t end) {
+    for (const Column& column : definition_.columns) {
+        if (column.Fixed() && column.type != ColumnType::Boolean && view.MaskBit(column.number) &&
+            2U + column.fixedOffset + column.length > end) {
+            log_.Add(FindingKind::FixedOutside, where, {column.name});
+        }
+    }
+}
+
+bool RowCheck::CheckValues(const std::string& where, RowPointer slot, const RowView& view) {
+    for (std::size_t i = 0; i < definition_.columns.size(); ++i) {
+        const Column& column = definition_.columns[i];
+        const std::optional<ByteView> value = view.Field(i);
+        if (!value) {
+            continue;
+        }
+        if (!CheckLength(where, column, *value)) {
+            return false;
+        }
+        if (column.type == ColumnType::Text) {
+            CheckText(where, slot, i, *value);
+        } else if (i == autonumber_) {
+            highestAutonumber_ = std::max(highestAutonumber_, U32(*value, 0));
+        }
+    }
+    return true;
+}
+
+bool RowCheck::CheckLength(const std::string& where, const Column& column, ByteView value) {
+    const std::size_t fixed = column.type == ColumnType::Boolean ? 1 : FixedLength(column.type);
+    const bool isShort = IsLong(column.type) && value.size() < kDescriptorBytes;
+    if ((fixed != 0 && value.size() != fixed) || isShort) {
+        log_.Add(FindingKind::ValueLength, where, {column.name, Number(value.size())});
+        return false;
+    }
+    if (column.type == ColumnType::Binary && value.size() > column.length) {
+        log_.Add(FindingKind::TextTooLong, where, {column.name, Number(value.size()), Number(column.length)});
+    }
+    return true;
+}
+
+void RowCheck::CheckText(const std::string& where, RowPointer slot, std::size_t place, ByteView value) {
+    const Column& column = definition_.columns[place];
+    const TextFacts facts = ExamineText(value, column.Compressed() && !column.Fixed(), TextKind::Column);
+    if (facts.plainBytes > column.length) {
+        log_.Add(FindingKind::TextTooLong, where,
+                 {column.name, Number(facts.plainBytes), Number(column.length)});
+    }
+    if (facts.form == TextForm::Wrong) {
+        log_.Add(FindingKind::TextCompression, where, {column.name});
+    } else if (facts.form == TextForm::NotCompressed) {
+        plainTexts_[place].Add(slot);
+    }
+}
+
+void RowCheck::CheckLongValues(RowPointer slot, const RowView& view) {
+    for (LongValueCheck& longValue : longValues_) {
+        if (const std::optional<ByteView> value = view.Field(longValue.Place())) {
+            // The row itself is sound whatever becomes of the value.
+            Guard(log_, FindingKind::RowDamaged, RowPlaceText(table_, slot),
+                  [&] { longValue.CheckValue(slot, *value); });
+        }
+    }
+}
+
+void RowCheck::Finish() {
+    for (std::size_t i = 0; i < plainTexts_.size(); ++i) {
+        plainTexts_[i].Report(log_, table_ + " 필드 " + definition_.columns[i].name);
+    }
+    constexpr std::uint32_t kNegative = 0x80000000;  // random numbers: there is no last one
+    if (highestAutonumber_ < kNegative && highestAutonumber_ > definition_.lastAutonumber) {
+        log_.Add(FindingKind::Autonumber, table_,
+                 {Number(definition_.lastAutonumber), Number(highestAutonumber_)});
+    }
+}
+
+}  // namespace tavrel::jet::check

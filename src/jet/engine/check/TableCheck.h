@@ -1,0 +1,37 @@
+// One table: its definition, pages, rows, long values and indexes.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "jet/catalog/TableDefinition.h"
+#include "jet/engine/check/Context.h"
+#include "jet/engine/check/LongValueCheck.h"
+#include "jet/engine/check/RowList.h"
+
+namespace tavrel::jet::check {
+
+class TableCheck {
+  public:
+    /// `system`: not a user's table.
+    TableCheck(Context& context, const std::string& name, const TableDefinition& table, bool system);
+    void Run();
+
+  private:
+    std::vector<PageNumber> CheckPages();
+    void CheckFreeSpace(const std::vector<PageNumber>& owned, const std::vector<PageNumber>& free);
+    void ReadLongMaps();
+    RowList CheckRows(const std::vector<PageNumber>& pages);
+    void CheckIndex(std::size_t real, const RowList& rows);
+
+    Context& context_;
+    FindingLog& log_;
+    std::string name_;
+    std::string where_;
+    const TableDefinition& table_;
+    RowShape shape_;
+    bool system_;
+    std::vector<LongValueCheck> longValues_;
+};
+
+}  // namespace tavrel::jet::check
