@@ -3,13 +3,16 @@
 // Rules:
 //  1. The root page keeps its number: when the root splits, its content moves to a new page below it.
 //  2. A node entry is an upper bound of its child; the entries of the next child are greater.
-//  3. No page but an empty root leaf is empty, and no node has less than one entry beside its tail.
+//  3. No leaf but the root is empty, and no node has less than one entry beside its tail unless keys are so
+//  long that
+//     its neighbours are full with one.
 //  4. Leaves, and nodes of one level, are chained in key order.
 //  5. Pages come from the allocator and stand in the index's map.
 #pragma once
 
 #include <vector>
 
+#include "jet/index/EntryArena.h"
 #include "jet/index/IndexPageEditor.h"
 #include "jet/storage/PageAllocator.h"
 
@@ -21,7 +24,8 @@ class BTree {
     BTree(Pager& pager, PageAllocator& allocator, PageNumber tablePage, RowPointer map, PageNumber root)
         : pager_(pager), allocator_(allocator), owner_(tablePage), map_(map), root_(root) {}
 
-    /// Puts a row's entry in.  Throws 3047 when the key is too long for a page, 3428 when the tree is damaged.
+    /// Puts a row's entry in.  Throws 3047 when the key is too long for a page, 3428 when the tree is
+    /// damaged.
     void Insert(ByteView key, RowPointer row);
     /// Takes a row's entry out; false when it is not there.
     bool Remove(ByteView key, RowPointer row);
@@ -36,16 +40,23 @@ class BTree {
     };
     using Path = std::vector<Step>;
 
-    Path Descend(ByteView bound);
-    void InsertAt(Path& path, const ByteVector& entry);
-    void Split(Path& path, std::vector<ByteVector> entries, std::size_t at);
-    PageNumber NewPage(unsigned level);
+    Path Descend(ByteView bound, unsigned level);
+    void InsertAt(const Path& path, ByteView entry);
+    void Redirect(const Path& path, PageNumber child);
+    void Split(const Path& path, const std::vector<ByteVector>& entries, bool appended);
+    void SplitLeaf(const Path& path, const std::vector<ByteVector>& entries, bool appended);
+    void SplitNode(const Path& path, const std::vector<ByteVector>& entries, bool appended);
+    void InsertSeparator(unsigned level, ByteView bound, PageNumber child);
+    PageNumber NewPageBehind(PageNumber page, unsigned level);
     void FreePage(PageNumber page);
-    void ChainBehind(PageNumber page, PageNumber fresh);
+    Path BelowNewRoot(const Path& path);
+    void Shrink(Path path);
+    bool DropChild(const Path& path);
     void Unchain(PageNumber page);
-    void RaiseRoot(Path& path);
-    void Shrink(Path& path);
-    bool Join(Path& path, unsigned left);
+    bool JoinNeighbours(const Path& path, unsigned left);
+    bool EvenOut(const Path& path, unsigned left, PageNumber leftPage, PageNumber rightPage,
+                 const std::vector<ByteVector>& entries);
+    void DropRight(const Path& path, unsigned left, PageNumber leftPage, PageNumber rightPage);
     void LowerRoot();
 
     Pager& pager_;

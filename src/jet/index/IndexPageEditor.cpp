@@ -17,26 +17,33 @@ constexpr std::size_t kRowBytes = 4;
 
 }  // namespace
 
-EntryTable::EntryTable(ByteView page) : prefix_(U16(page, kPrefix)) {  // NOLINT: ends_ is filled as far as used
+EntryTable::EntryTable(ByteView page)
+    : prefix_(U16(page, kPrefix)) {  // NOLINT: ends_ is filled as far as used
     if (page.size() != kPageSize || (page[0] != kPageTypeLeaf && page[0] != kPageTypeNode)) {
         ThrowDamaged("인덱스 페이지가 아님");
     }
     leaf_ = page[0] == kPageTypeLeaf;
     for (std::size_t byte = kMask; byte < kIndexEntries; ++byte) {
         for (unsigned bits = page[byte]; bits != 0; bits &= bits - 1) {
-            ends_[count_++] =
-                static_cast<std::uint16_t>((byte - kMask) * 8 + static_cast<unsigned>(std::countr_zero(bits)));
+            ends_[count_++] = static_cast<std::uint16_t>((byte - kMask) * 8 +
+                                                         static_cast<unsigned>(std::countr_zero(bits)));
             if (count_ > kIndexRoom) {
                 ThrowDamaged("인덱스 페이지의 항목 표시가 잘못됨");
             }
         }
     }
-    const std::size_t tailBytes = leaf_ ? kRowBytes : kRowBytes + kChildBytes;
-    if (count_ > 0 && (ends_[count_ - 1] > kIndexRoom || ends_[0] < prefix_ + tailBytes)) {
+    CheckEnds();
+}
+
+/// Every entry holds its row pointer, and in a node its child, which no prefix may swallow.
+void EntryTable::CheckEnds() const {
+    const unsigned whole = leaf_ ? kRowBytes : kRowBytes + kChildBytes;
+    const unsigned own = leaf_ ? 1 : kChildBytes;
+    if (count_ > 0 && (Used() > kIndexRoom || ends_[0] < std::max(whole, prefix_ + own))) {
         ThrowDamaged("인덱스 페이지의 항목이 잘못됨");
     }
     for (unsigned i = 1; i < count_; ++i) {
-        if (ends_[i] - ends_[i - 1] < static_cast<int>(tailBytes)) {
+        if (End(i) - Start(i) < own || prefix_ + End(i) - Start(i) < whole) {
             ThrowDamaged("인덱스 항목이 너무 짧음");
         }
     }
@@ -59,8 +66,8 @@ PageNumber EntryTable::Child(ByteView page, unsigned entry) const {
 /// Compares an entry with a bound whose first `skip` bytes are known to be equal to the page's prefix.
 int EntryTable::Compare(ByteView page, unsigned entry, ByteView bound, unsigned skip) const {
     const std::size_t childBytes = leaf_ ? 0 : kChildBytes;
-    const ByteView stored =
-        page.subspan(kIndexEntries + Start(entry), End(entry) - Start(entry) - childBytes).subspan(entry == 0 ? skip : 0);
+    const ByteView stored = page.subspan(kIndexEntries + Start(entry), End(entry) - Start(entry) - childBytes)
+                                .subspan(entry == 0 ? skip : 0);
     const ByteView rest = bound.subspan(skip);
     const int order = std::memcmp(stored.data(), rest.data(), std::min(stored.size(), rest.size()));
     if (order != 0) {
@@ -74,7 +81,8 @@ unsigned EntryTable::LowerBound(ByteView page, ByteView bound) const {
     if (prefix_ > 0 && count_ > 0) {
         // All entries begin with the prefix: a bound that does not stands before or behind all of them.
         const ByteView prefix = page.subspan(kIndexEntries, prefix_);
-        const int order = std::memcmp(prefix.data(), bound.data(), std::min<std::size_t>(prefix_, bound.size()));
+        const int order =
+            std::memcmp(prefix.data(), bound.data(), std::min<std::size_t>(prefix_, bound.size()));
         if (order != 0 || bound.size() < prefix_) {
             return order < 0 ? count_ : 0;
         }
@@ -133,7 +141,8 @@ void IndexPageEditor::MarkEnd(std::size_t end) {
 void IndexPageEditor::ClearMarks(std::size_t from) {
     const std::size_t byte = kMask + from / 8;
     page_[byte] = static_cast<std::uint8_t>(page_[byte] & ((1U << from % 8) - 1));
-    std::fill(page_.begin() + static_cast<std::ptrdiff_t>(byte) + 1, page_.begin() + kIndexEntries, std::uint8_t{0});
+    std::fill(page_.begin() + static_cast<std::ptrdiff_t>(byte) + 1, page_.begin() + kIndexEntries,
+              std::uint8_t{0});
 }
 
 void IndexPageEditor::SetEntries(const std::vector<ByteVector>& entries, std::size_t prefix) {
@@ -146,13 +155,14 @@ void IndexPageEditor::SetEntries(const std::vector<ByteVector>& entries, std::si
         used += static_cast<std::size_t>(entry.end() - from);
         MarkEnd(used);
     }
-    std::fill(page_.begin() + static_cast<std::ptrdiff_t>(kIndexEntries + used), page_.end(), std::uint8_t{0});
+    std::fill(page_.begin() + static_cast<std::ptrdiff_t>(kIndexEntries + used), page_.end(),
+              std::uint8_t{0});
     SetUsed(used);
 }
 
 bool IndexPageEditor::TryInsert(const EntryTable& table, unsigned at, ByteView entry) {
     const unsigned prefix = table.Prefix();
-    if (prefix > 0 && (at == 0 || entry.size() < prefix + kRowBytes ||
+    if (prefix > 0 && (at == 0 || entry.size() <= prefix ||
                        std::memcmp(entry.data(), page_.data() + kIndexEntries, prefix) != 0)) {
         return false;
     }

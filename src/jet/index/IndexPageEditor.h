@@ -8,7 +8,8 @@
 
 namespace tavrel::jet {
 
-/// Where the entries of a page end.  Holds no view on the page: it stays right only as long as the page's entries do.
+/// Where the entries of a page end.  Holds no view on the page: it stays right only as long as the page's
+/// entries do.
 class EntryTable {
   public:
     /// Throws 3428 when the page is no index page or its entry mask is impossible.
@@ -25,11 +26,12 @@ class EntryTable {
     [[nodiscard]] ByteVector Entry(ByteView page, unsigned entry) const;
     /// A node's child; entry Count() is the tail.
     [[nodiscard]] PageNumber Child(ByteView page, unsigned entry) const;
-    /// The first entry that is not below `bound` (key + row pointer); Count() when all are.  In a node the child to
-    /// descend into stands there.
+    /// The first entry that is not below `bound` (key + row pointer); Count() when all are.  In a node the
+    /// child to descend into stands there.
     [[nodiscard]] unsigned LowerBound(ByteView page, ByteView bound) const;
 
   private:
+    void CheckEnds() const;
     [[nodiscard]] int Compare(ByteView page, unsigned entry, ByteView bound, unsigned skip) const;
 
     bool leaf_ = true;
@@ -52,8 +54,8 @@ class IndexPageEditor {
     /// Replaces all entries.  REQUIRES: PackedSize(entries, prefix) <= kIndexRoom.
     void SetEntries(const std::vector<ByteVector>& entries, std::size_t prefix);
 
-    /// Puts an entry in at a place if that is possible without touching other entries; false when there is no room or
-    /// the page's prefix does not fit.
+    /// Puts an entry in at a place if that is possible without touching other entries; false when there is no
+    /// room or the page's prefix does not fit.
     bool TryInsert(const EntryTable& table, unsigned at, ByteView entry);
     /// Takes an entry out.
     void Remove(const EntryTable& table, unsigned at);
