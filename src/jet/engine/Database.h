@@ -39,10 +39,13 @@ class Database {
     /// Opens for reading.  Throws 3024 (no such file), 3044 (folder), 3031 (password), 3041, 3045, 3049,
     /// 3051, 3343, 3356.
     static std::unique_ptr<Database> Open(const std::string& path, const OpenOptions& options = {});
-    /// The same on a file that is open already; `path` is for messages.
+    /// The same on a file that is open already; `path` is for messages.  `old`: the content that an
+    /// unfinished transaction has overwritten.
     static std::unique_ptr<Database> OpenFile(std::unique_ptr<platform::File> file, const std::string& path,
-                                              const OpenOptions& options = {});
-    /// Makes a new database.  Throws 3204 when the file exists.  The file is complete after Flush.
+                                              const OpenOptions& options = {},
+                                              std::optional<OldPages> old = std::nullopt);
+    /// Makes a new database.  Throws 3204 when the file exists, 3031 for a password of more than 20
+    /// characters.  The file is complete after Flush; without one it is removed at the end.
     static std::unique_ptr<Database> Create(const std::string& path, const CreateOptions& options = {});
     ~Database();
 
@@ -69,9 +72,14 @@ class Database {
   private:
     Database() = default;
     void CheckOpening(std::uint64_t fileBytes);
+    /// Throws 3027 when the database was opened for reading.
+    class Writer& RequireWriter();
 
     std::string path_;
     FileHeader header_;
+    /// Set when the database is being made.  Stands before the pager so that the file is closed when an
+    /// unfinished database removes it.
+    std::shared_ptr<struct Creation> creation_;
     std::unique_ptr<class Pager> pager_;
     std::unique_ptr<class Catalog> catalog_;
 };

@@ -6,20 +6,22 @@ namespace tavrel::jet {
 
 namespace {
 
-/// How many of the pages in a free-space map are looked at: in old files the map names many that are all but full.
+/// How many of the pages in a free-space map are looked at: in old files the map names many that are all but
+/// full.
 constexpr std::size_t kMaxCandidates = 16;
 /// A page with that much room stays in the free-space map although one row did not fit.
 constexpr unsigned kRoomWorthKeeping = kPageSize / 4;
 
-/// A page of a long-value chain must stay alone with its row.  Its followers cannot be told from a page with one value,
-/// so that only a page with several rows is sure to be shared.
+/// A page of a long-value chain must stay alone with its row.  Its followers cannot be told from a page with
+/// one value, so that only a page with several rows is sure to be shared.
 bool MayShare(const DataPageView& page) {
     return page.Owner() != kOwnerLongValues || (page.ChainMark() == 0 && page.SlotCount() > 1);
 }
 
 }  // namespace
 
-RowStore::RowStore(Pager& pager, PageAllocator& allocator, std::uint32_t owner, RowPointer owned, RowPointer free)
+RowStore::RowStore(Pager& pager, PageAllocator& allocator, std::uint32_t owner, RowPointer owned,
+                   RowPointer free)
     : pager_(pager), allocator_(allocator), owner_(owner), owned_(owned), free_(free) {}
 
 RowPointer RowStore::Append(ByteView row) {
@@ -94,7 +96,9 @@ PageNumber RowStore::TakePage(std::uint32_t chainMark) {
     return page;
 }
 
-PageNumber RowStore::TakeAlone(std::uint32_t chainMark) { return TakePage(chainMark); }
+PageNumber RowStore::TakeAlone(std::uint32_t chainMark) {
+    return TakePage(chainMark);
+}
 
 RowPointer RowStore::PutAlone(PageNumber page, ByteView row) {
     return {page, DataPageEditor(pager_.Write(page)).Append(row)};

@@ -1,7 +1,7 @@
 // Where new rows go: first the pages that a free-space map names, then new ones.
 //
-// One store serves the rows of one table, or the long values of one column.  Pages that it leaves because they
-// are full leave the free-space map; what it has appended can be taken back as a whole.
+// One store serves the rows of one table, or the long values of one column.  Pages that it leaves because
+// they are full leave the free-space map; what it has appended can be taken back as a whole.
 #pragma once
 
 #include <map>
@@ -14,7 +14,8 @@ namespace tavrel::jet {
 
 class RowStore {
   public:
-    /// `owner` goes into the header of new pages; `owned` and `free` are the maps of all pages and of those with room.
+    /// `owner` goes into the header of new pages; `owned` and `free` are the maps of all pages and of those
+    /// with room.
     RowStore(Pager& pager, PageAllocator& allocator, std::uint32_t owner, RowPointer owned, RowPointer free);
 
     /// Appends a row.  REQUIRES: row.size() <= kMaxRowBytes.
@@ -25,8 +26,8 @@ class RowStore {
     /// The only row of a page from TakeAlone.
     RowPointer PutAlone(PageNumber page, ByteView row);
 
-    /// Takes back every row appended since the store was made, or since Keep: the maps and the older pages are as they
-    /// were, new pages are free again.
+    /// Takes back every row appended since the store was made, or since Keep: the maps and the older pages
+    /// are as they were, new pages are free again.
     void Undo();
     void Keep();
 

@@ -1,0 +1,22 @@
+// A table definition and its property blob, made from what a caller asks for.
+#pragma once
+
+#include "jet/catalog/Properties.h"
+#include "jet/catalog/TableDefinition.h"
+#include "jet/engine/Schema.h"
+
+namespace tavrel::jet {
+
+/// The definition of a new table, without pages: maps and roots are still to be given.  Columns and indexes
+/// are numbered in the order of the specification. Throws 3090, 3125, 3190, 3191, 3264, 3277, 3283, 3375,
+/// 3382, 3409, 3626.
+TableDefinition NewTableDefinition(const TableSpec& spec, std::uint16_t sortOrder);
+
+/// The properties that the specification asks for; empty when it asks for none.
+PropertyBlob NewTableProperties(const TableSpec& spec);
+
+/// Puts the logical indexes into the order of their names, which is that of the sort order's keys.  Where a
+/// weight is not known the names are ordered by their lower-case letters.
+void SortLogicalIndexes(TableDefinition& table, std::uint16_t sortOrder);
+
+}  // namespace tavrel::jet
