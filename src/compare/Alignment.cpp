@@ -146,15 +146,17 @@ class Walk {
     Alignment found_;
 };
 
-/// From the bottom up, so that every run moves to where nothing is any more.
+/// From the bottom up, so that every run moves to where nothing is any more; a column at a time, as the grid
+/// keeps them.
 void MoveSide(grid::ResultGrid& grid, int offset, const std::vector<ShiftedFrom>& shifts, int rows) {
-    int last = rows;
-    for (auto run = shifts.rbegin(); run != shifts.rend(); ++run) {
-        if (run->row <= last) {
-            grid.MoveBlock(offset + 1, run->row, offset + grid::kSideColumns, last, offset + 1,
-                           run->row + run->shift);
+    for (int column = offset + 1; column <= offset + grid::kSideColumns; ++column) {
+        int last = rows;
+        for (auto run = shifts.rbegin(); run != shifts.rend(); ++run) {
+            if (run->row <= last) {
+                grid.MoveBlock(column, run->row, column, last, column, run->row + run->shift);
+            }
+            last = run->row - 1;
         }
-        last = run->row - 1;
     }
 }
 
