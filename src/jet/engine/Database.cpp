@@ -32,6 +32,19 @@ ByteVector ReadFirstPage(platform::File& file) {
     return page;
 }
 
+/// What an unfinished transaction has left beside the database: reading goes on from before it.
+std::optional<OldPages> ReadOldPages(const std::string& path) {
+    const std::string journal = JournalPath(path);
+    try {
+        if (!platform::FileExists(journal)) {
+            return std::nullopt;
+        }
+        return ReadJournal(*platform::OpenFile(journal, platform::FileAccess::Read));
+    } catch (const Error& error) {
+        throw MakeError(errors::kCannotOpen, {path}, error.Description());
+    }
+}
+
 /// Pages taken behind the end of the file.  Real files have up to 30 such pages that were taken in groups and
 /// never written; more of them, or one that begins inside the file, mean that the end of the file is missing.
 bool IsTruncated(Pager& pager, std::uint64_t fileBytes) {
@@ -64,16 +77,19 @@ std::unique_ptr<Database> Database::Open(const std::string& path, const OpenOpti
     } catch (const Error& error) {
         throw OpenError(error, platform::FullPath(path), false);
     }
-    return OpenFile(std::move(file), path, options);
+    return OpenFile(std::move(file), path, options, ReadOldPages(path));
 }
 
 std::unique_ptr<Database> Database::OpenFile(std::unique_ptr<platform::File> file, const std::string& path,
-                                             const OpenOptions& options) {
+                                             const OpenOptions& options, std::optional<OldPages> old) {
     std::unique_ptr<Database> database(new Database());
     database->path_ = path;
-    const std::uint64_t bytes = file->Size();
+    const std::uint64_t bytes = old ? std::uint64_t{kPageSize} * old->pageCount : file->Size();
     try {
-        database->header_ = ParseHeader(ReadFirstPage(*file), path);
+        const bool changed = old && old->pages.contains(0);
+        database->header_ = ParseHeader(
+            changed ? ByteVector(old->pages.at(0)->begin(), old->pages.at(0)->end()) : ReadFirstPage(*file),
+            path);
     } catch (const Error& error) {
         throw error.Number() == errors::kDeviceFault ? MakeError(errors::kReadFault, {}, error.Description())
                                                      : error;
@@ -82,8 +98,11 @@ std::unique_ptr<Database> Database::OpenFile(std::unique_ptr<platform::File> fil
     if (options.checkPassword && !header.password.empty() && header.password != options.password) {
         throw MakeError(errors::kBadPassword);
     }
-    database->pager_ =
-        std::make_unique<class Pager>(std::make_unique<PageFile>(std::move(file), header.pageKey));
+    auto pages = std::make_unique<PageFile>(std::move(file), header.pageKey);
+    if (old) {
+        pages->SetOldPages(std::move(*old));
+    }
+    database->pager_ = std::make_unique<class Pager>(std::move(pages));
     database->catalog_ = std::make_unique<class Catalog>(*database->pager_, header.ownerKey);
     if (!options.tolerant) {
         database->CheckOpening(bytes);

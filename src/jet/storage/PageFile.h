@@ -6,6 +6,7 @@
 #include <memory>
 
 #include "jet/storage/Bytes.h"
+#include "jet/storage/Journal.h"
 #include "platform/File.h"
 
 namespace tavrel::jet {
@@ -21,13 +22,17 @@ class PageFile {
     /// Throws 3040 when the page cannot be read.
     void ReadPage(PageNumber number, Page& out) const;
     void WritePage(PageNumber number, const Page& page);
+    /// The page's bytes as they stand in the file: enciphered when the pages are.
+    [[nodiscard]] Page AsStored(PageNumber number, const Page& page) const;
+    /// From now on the file reads as it was before an unfinished transaction.
+    void SetOldPages(OldPages old) { old_ = std::move(old); }
     void Truncate(PageNumber pages);
     void Sync() { file_->Sync(); }
-    void SetPageKey(std::uint32_t key) { pageKey_ = key; }
 
   private:
     std::unique_ptr<platform::File> file_;
     std::uint32_t pageKey_;
+    std::optional<OldPages> old_;
 };
 
 }  // namespace tavrel::jet

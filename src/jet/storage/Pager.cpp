@@ -16,9 +16,7 @@ PageRef Pager::Read(PageNumber number) {
 
 Page& Pager::Write(PageNumber number) {
     Frame& frame = Load(number);
-    if (inStatement_) {
-        Remember(number, frame.page);
-    }
+    Remember(number, frame);
     if (frame.page.use_count() > 1) {
         frame.page = std::make_shared<Page>(*frame.page);  // rule 1: holders keep what they hold
     }
@@ -34,8 +32,10 @@ Page& Pager::Fresh(PageNumber number) {
         ThrowDamaged("페이지 " + std::to_string(number) + "이(가) 파일 끝에서 떨어져 있음");
     }
     if (number == pageCount_) {
-        if (inStatement_) {
-            before_.try_emplace(number);
+        for (Unit* unit : {&statement_, &transaction_}) {
+            if (unit->open) {
+                unit->Keep(number, {});
+            }
         }
         ++pageCount_;
         return *Insert(number, std::make_shared<Page>(Page{}), true).page;
@@ -66,18 +66,18 @@ Pager::Frame& Pager::Insert(PageNumber number, std::shared_ptr<Page> page, bool 
     return frames_.insert_or_assign(number, Frame{std::move(page), dirty, recent_.begin()}).first->second;
 }
 
-/// Keeps what the page was when the statement began.
-void Pager::Remember(PageNumber number, const std::shared_ptr<Page>& before) {
-    const auto [entry, fresh] = before_.try_emplace(number);
-    if (fresh) {
-        entry->second = {before, frames_.at(number).dirty};
+/// Keeps what the page was when the innermost unit began; the outer one takes it over when that ends.
+void Pager::Remember(PageNumber number, const Frame& frame) {
+    Unit& unit = statement_.open ? statement_ : transaction_;
+    if (unit.open) {
+        unit.Keep(number, {frame.page, frame.dirty});
     }
 }
 
 /// Drops the least recently used unchanged pages beyond the limit.  Changed pages stay while a statement is
 /// open (rule 2); outside one they are written when they are too many.
 void Pager::MakeRoom() {
-    if (!inStatement_ && dirtyCount_ >= limit_) {
+    if (!statement_.open && !transaction_.open && dirtyCount_ >= limit_) {
         WriteDirty();
     }
     auto place = recent_.end();
@@ -107,23 +107,35 @@ void Pager::WriteDirty() {
     }
 }
 
-void Pager::BeginStatement() {
-    assert(!inStatement_);
-    inStatement_ = true;
-    statementPageCount_ = pageCount_;
+void Pager::Unit::Begin(PageNumber count) {
+    assert(!open);
+    open = true;
+    pageCount = count;
+}
+
+void Pager::Unit::End() {
+    open = false;
+    before.clear();
 }
 
 void Pager::CommitStatement() {
-    assert(inStatement_);
-    inStatement_ = false;
-    before_.clear();
+    assert(statement_.open);
+    if (transaction_.open) {
+        for (const auto& [number, image] : statement_.before) {
+            transaction_.Keep(number, image);
+        }
+    }
+    statement_.End();
 }
 
-void Pager::RollbackStatement() {
-    assert(inStatement_);
-    inStatement_ = false;
-    for (auto& [number, image] : before_) {
-        Frame& frame = frames_.at(number);
+void Pager::RollBack(Unit& unit) {
+    assert(unit.open && (&unit == &statement_ || !statement_.open));
+    for (auto& [number, image] : unit.before) {
+        const auto found = frames_.find(number);
+        if (found == frames_.end()) {
+            continue;  // came and went within the unit
+        }
+        Frame& frame = found->second;
         dirtyCount_ -= frame.dirty ? 1 : 0;
         if (image.page) {
             frame.page = image.page;
@@ -131,15 +143,76 @@ void Pager::RollbackStatement() {
             dirtyCount_ += frame.dirty ? 1 : 0;
         } else {
             recent_.erase(frame.place);
-            frames_.erase(number);
+            frames_.erase(found);
         }
     }
-    before_.clear();
-    pageCount_ = statementPageCount_;
+    pageCount_ = unit.pageCount;
+    unit.End();
+}
+
+void Pager::BeginTransaction() {
+    assert(!statement_.open && dirtyCount_ == 0);
+    transaction_.Begin(pageCount_);
+}
+
+/// Rule 6.  Before the transaction every page was as in the file, so that its before-image is what stands
+/// there.
+void Pager::WriteJournal(bool sync) {
+    const std::unique_ptr<platform::File> file = journal_->create();
+    JournalWriter writer(*file, transaction_.pageCount);
+    for (const auto& [number, image] : transaction_.before) {
+        if (image.page) {
+            writer.Add(number, file_->AsStored(number, *image.page));
+        }
+    }
+    writer.Finish(sync);
+}
+
+void Pager::CommitTransaction(bool sync) {
+    assert(transaction_.open && !statement_.open);
+    if (dirtyCount_ > 0) {
+        try {
+            if (journal_) {
+                WriteJournal(sync);
+            }
+            WriteDirty();
+            if (sync) {
+                file_->Sync();
+            }
+        } catch (...) {
+            PutBack();
+            RollBack(transaction_);
+            throw;
+        }
+        if (journal_) {
+            journal_->remove();
+        }
+    }
+    transaction_.End();
+}
+
+/// A commit has failed half-way: the file gets its old pages again.  Where that fails too, the journal stays,
+/// and whoever opens the file next reads it as it was.
+void Pager::PutBack() {
+    try {
+        for (const auto& [number, image] : transaction_.before) {
+            if (image.page) {
+                file_->WritePage(number, *image.page);
+            }
+        }
+        if (file_->PageCount() > transaction_.pageCount) {
+            file_->Truncate(transaction_.pageCount);
+        }
+        if (journal_) {
+            journal_->remove();
+        }
+    } catch (const Error&) {
+        // The first failure is the one that is reported; the journal holds what could not be put back.
+    }
 }
 
 void Pager::Flush() {
-    assert(!inStatement_);
+    assert(!statement_.open && !transaction_.open);
     WriteDirty();
     file_->Sync();
 }

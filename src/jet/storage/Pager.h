@@ -1,14 +1,19 @@
 // The page cache: every page that the engine reads or changes goes through here.
 //
+// Two nested units guard changes: a statement, which is all or nothing, inside a transaction, which reaches
+// the file as a whole.  A new file, which nobody has yet, is written without either.
+//
 // Rules (tests cite the numbers):
 //  1. A page that someone holds (PageRef) keeps its content for as long as it is held, even when the page is
 //     changed or leaves the cache meanwhile.
-//  2. Between BeginStatement and CommitStatement no changed page reaches the file; RollbackStatement puts
-//  every
-//     page and the page count back.
-//  3. Outside a statement changed pages may be written at any time; Flush writes all of them.
+//  2. While a statement or a transaction is open no changed page reaches the file; rolling back puts every
+//  page and
+//     the page count back.
+//  3. Outside both changed pages may be written at any time; Flush writes all of them.
 //  4. The cache holds at most its limit of unchanged pages.
 //  5. Pages come into being and go only through PageAllocator.
+//  6. CommitTransaction writes the old content of the pages to the journal before it overwrites the first of
+//  them.
 #pragma once
 
 #include <algorithm>
@@ -18,6 +23,7 @@
 #include <vector>
 
 #include "jet/storage/Bytes.h"
+#include "jet/storage/Journal.h"
 #include "jet/storage/PageFile.h"
 
 namespace tavrel::jet {
@@ -55,12 +61,26 @@ class Pager {
     /// The page for changing, all zero whatever it held; one page behind the end extends the file.
     Page& Fresh(PageNumber number);
 
-    void BeginStatement();
+    /// REQUIRES: no statement is open.
+    void BeginStatement() { statement_.Begin(pageCount_); }
     void CommitStatement();
-    void RollbackStatement();
-    [[nodiscard]] bool InStatement() const { return inStatement_; }
+    void RollbackStatement() { RollBack(statement_); }
+    [[nodiscard]] bool InStatement() const { return statement_.open; }
 
-    /// Writes every changed page.  REQUIRES: no statement is open.
+    /// REQUIRES: neither a statement nor a transaction is open.
+    void BeginTransaction();
+    /// Writes the changed pages, all of them or, when the program is killed meanwhile, none.  `sync`: they
+    /// are on the medium when the call returns.  A failure rolls the transaction back.  REQUIRES: no
+    /// statement is open.
+    void CommitTransaction(bool sync);
+    /// REQUIRES: no statement is open.
+    void RollbackTransaction() { RollBack(transaction_); }
+    [[nodiscard]] bool InTransaction() const { return transaction_.open; }
+    /// Where CommitTransaction keeps the old pages; without it a transaction is not safe against being
+    /// killed.
+    void SetJournal(JournalFiles journal) { journal_ = std::move(journal); }
+
+    /// Writes every changed page and syncs.  REQUIRES: neither a statement nor a transaction is open.
     void Flush();
 
   private:
@@ -72,7 +92,7 @@ class Pager {
 
     Frame& Load(PageNumber number);
     Frame& Insert(PageNumber number, std::shared_ptr<Page> page, bool dirty);
-    void Remember(PageNumber number, const std::shared_ptr<Page>& before);
+    void Remember(PageNumber number, const Frame& frame);
     void MakeRoom();
     void WriteDirty();
 
@@ -82,13 +102,28 @@ class Pager {
     std::unordered_map<PageNumber, Frame> frames_;
     std::list<PageNumber> recent_;  ///< most recently used first
     std::size_t dirtyCount_ = 0;
-    bool inStatement_ = false;
-    PageNumber statementPageCount_ = 0;
+
     struct BeforeImage {
         std::shared_ptr<Page> page;  ///< null: the page did not exist
         bool dirty = false;
     };
-    std::unordered_map<PageNumber, BeforeImage> before_;
+    /// What the pages were when a unit began.
+    struct Unit {
+        bool open = false;
+        PageNumber pageCount = 0;
+        std::unordered_map<PageNumber, BeforeImage> before;
+
+        void Begin(PageNumber count);
+        void End();
+        void Keep(PageNumber number, const BeforeImage& image) { before.try_emplace(number, image); }
+    };
+    void RollBack(Unit& unit);
+    void WriteJournal(bool sync);
+    void PutBack();
+
+    Unit statement_;
+    Unit transaction_;
+    std::optional<JournalFiles> journal_;
 };
 
 }  // namespace tavrel::jet
