@@ -1,0 +1,17 @@
+#include "cli/Command.h"
+
+namespace tavrel::cli {
+
+std::vector<std::unique_ptr<Command>> AllCommands() {
+    using Maker = std::unique_ptr<Command> (*)();
+    constexpr Maker kMakers[] = {MakeSchemaCommand, MakeCompareCommand, MakeTablesCommand,
+                                 MakeRowsCommand,   MakeInfoCommand,    MakeCheckCommand,
+                                 MakeDumpCommand,   MakeCreateCommand,  MakeDemoCommand};
+    std::vector<std::unique_ptr<Command>> commands;
+    for (const Maker make : kMakers) {
+        commands.push_back(make());
+    }
+    return commands;
+}
+
+}  // namespace tavrel::cli

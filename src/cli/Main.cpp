@@ -1,0 +1,68 @@
+#include "cli/Main.h"
+
+#include <algorithm>
+
+#include "cli/Command.h"
+#include "cli/Failure.h"
+#include "cli/Output.h"
+#include "cli/Usage.h"
+#include "platform/Console.h"
+
+namespace tavrel::cli {
+
+namespace {
+
+constexpr char kProgram[] = "tavrel-cli";
+
+void Declare(CLI::App& app, const std::vector<std::unique_ptr<Command>>& commands) {
+    app.name(kProgram);
+    app.set_version_flag("--version", std::string(kProgram) + " " + TAVREL_VERSION, "버전을 보여 줍니다.");
+    for (const std::unique_ptr<Command>& command : commands) {
+        CLI::App* sub = app.add_subcommand(command->Name(), command->Description());
+        PutIntoGroups(*sub);
+        command->Declare(*sub);
+    }
+    // Exactly one; so a file may be called like a command.
+    app.require_subcommand(1);
+}
+
+ExitCode RunChosen(const CLI::App& app, const std::vector<std::unique_ptr<Command>>& commands) {
+    for (const std::unique_ptr<Command>& command : commands) {
+        if (app.got_subcommand(command->Name())) {
+            return RunGuarded(*command);
+        }
+    }
+    return ExitCode::Failed;
+}
+
+ExitCode Run(std::vector<std::string> arguments) {
+    const std::vector<std::unique_ptr<Command>> commands = AllCommands();
+    CLI::App app("두 데이터베이스(.mdb)의 구조를 비교하고, 파일을 살펴보고, 검사하고, 만듭니다.");
+    SpeakKorean(app);
+    Declare(app, commands);
+    // The parser takes them from the back, without the program.
+    arguments.erase(arguments.begin());
+    std::reverse(arguments.begin(), arguments.end());
+    try {
+        app.parse(std::move(arguments));
+    } catch (const CLI::ParseError& error) {
+        return EndParsing(app, error);
+    }
+    return RunChosen(app, commands);
+}
+
+}  // namespace
+
+int RunProgram(std::vector<std::string> arguments) noexcept {
+    try {
+        return static_cast<int>(Run(std::move(arguments)));
+    } catch (...) {
+        return static_cast<int>(ExitCode::Failed);
+    }
+}
+
+}  // namespace tavrel::cli
+
+int main(int argc, char** argv) {
+    return tavrel::cli::RunProgram(tavrel::platform::CommandLine(argc, argv));
+}

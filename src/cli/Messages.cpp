@@ -1,0 +1,21 @@
+#include "cli/Messages.h"
+
+#include "cli/Failure.h"
+
+namespace tavrel::cli {
+
+platform::MessageAnswer KeptMessages::Show(const platform::Message& message) {
+    texts_.push_back(message.text);
+    if (message.buttons == platform::MessageButtons::Ok) {
+        return platform::MessageAnswer::Ok;
+    }
+    return message.defaultButton == 1 ? platform::MessageAnswer::Yes : platform::MessageAnswer::No;
+}
+
+void KeptMessages::ComplainOfAll() const {
+    for (const std::string& text : texts_) {
+        Complain(text);
+    }
+}
+
+}  // namespace tavrel::cli

@@ -1,0 +1,95 @@
+#include "cli/Arguments.h"
+#include "cli/Failure.h"
+#include "cli/Messages.h"
+#include "cli/Output.h"
+#include "cli/TerminalProgress.h"
+#include "compare/Headless.h"
+#include "report/ComparisonReport.h"
+#include "report/HtmlReport.h"
+
+namespace tavrel::cli {
+
+namespace {
+
+class CompareCommand : public Command {
+  public:
+    [[nodiscard]] const char* Name() const override { return "compare"; }
+    [[nodiscard]] const char* Description() const override {
+        return "두 데이터베이스의 구조를 나란히 놓고 비교합니다. 같으면 0, 다르면 1로 끝납니다.";
+    }
+
+    void Declare(CLI::App& app) override {
+        AddText(app, "A", request_.a.path, "", "DB A 파일(.mdb)")->required();
+        AddText(app, "B", request_.b.path, "", "DB B 파일(.mdb)")->required();
+        AddText(app, "--password-a", request_.a.password, "암호", "DB A의 암호");
+        AddText(app, "--password-b", request_.b.password, "암호", "DB B의 암호");
+        AddText(app, "--table-a", request_.a.table, "테이블", "DB A에서 이 테이블만");
+        AddText(app, "--table-b", request_.b.table, "테이블", "DB B에서 이 테이블만");
+        AddFlag(app, "--both-only", request_.bothOnly, "한쪽만 존재하는 필드 제외");
+        AddFlag(app, "--index-only", request_.indexOnly, "인덱스만 비교");
+        AddFlag(app, "--only-differences", request_.onlyDifferences, "틀린 자료만 보기");
+        AddFormat(app, format_, {"text", "csv", "json", "html"});
+        AddText(app, "-o,--output", output_, "파일", "결과를 이 파일에 씀(끝까지 써야 파일이 생김)");
+    }
+
+    ExitCode Run() override {
+        RefuseToOverwriteInput();
+        KeptMessages messages;
+        const std::optional<compare::ComparisonResult> result = Compare(messages);
+        if (!result) {
+            messages.ComplainOfAll();
+            return ExitCode::Failed;
+        }
+        Report(*result);
+        return result->Differences() == 0 ? ExitCode::Done : ExitCode::Found;
+    }
+
+  private:
+    void RefuseToOverwriteInput() const {
+        if (!output_.empty() &&
+            (IsSameFile(output_, request_.a.path) || IsSameFile(output_, request_.b.path))) {
+            throw MakeError(errors::kFileExists, {}, "비교할 데이터베이스에는 결과를 쓸 수 없음");
+        }
+    }
+
+    std::optional<compare::ComparisonResult> Compare(KeptMessages& messages) {
+        ProgressLine progress("비교하는 중");
+        return compare::CompareDatabases(
+            request_, {.messages = messages, .phase = progress.Phase(), .overall = progress.Overall()});
+    }
+
+    void Report(const compare::ComparisonResult& result) const {
+        if (output_.empty()) {
+            Write(StandardOutput(), result, StyleOfStandardOutput());
+            return;
+        }
+        ReportFile file(output_);
+        Write(file.Stream(), result, {});
+        file.Commit();
+    }
+
+    void Write(std::ostream& out, const compare::ComparisonResult& result,
+               const report::TextStyle& style) const {
+        if (format_ == "csv") {
+            report::WriteComparisonCsv(out, result);
+        } else if (format_ == "json") {
+            report::WriteComparisonJson(out, result);
+        } else if (format_ == "html") {
+            report::WriteComparisonHtml(out, result);
+        } else {
+            report::WriteComparisonText(out, result, style);
+        }
+    }
+
+    compare::CompareRequest request_;
+    std::string format_ = "text";
+    std::string output_;
+};
+
+}  // namespace
+
+std::unique_ptr<Command> MakeCompareCommand() {
+    return std::make_unique<CompareCommand>();
+}
+
+}  // namespace tavrel::cli

@@ -1,0 +1,125 @@
+#include "report/HtmlPage.h"
+
+#include "report/DisplayText.h"
+
+namespace tavrel::report {
+
+// Painted cells keep the window's colours, with black text, in the dark scheme too.  No state is told by
+// colour alone: differing cells are bold in a frame, one-sided rows say which side, marked rows say in words
+// what differs.
+const std::string_view kHtmlStyle = R"css(
+:root{color-scheme:light dark;--back:#fff;--text:#000;--bar:#f0f2f5;--head:#e4e8ee;--line:#c4cad3;--gap:#f3f3f3;
+ --compare:rgb(128,255,255);--current:#0050d0}
+@media (prefers-color-scheme:dark){:root{--back:#15171b;--text:#e8e8e8;--bar:#1f2329;--head:#2a2f37;--line:#444b56;
+ --gap:#1d2025;--compare:#12383c;--current:#ffd84d}}
+*{box-sizing:border-box}
+html,body{height:100%;margin:0}
+body{display:flex;flex-direction:column;background:var(--back);color:var(--text);
+ font:14px/1.35 "Malgun Gothic","Apple SD Gothic Neo","Noto Sans CJK KR","Noto Sans KR",sans-serif}
+header{padding:.6rem .9rem;background:var(--bar);border-bottom:1px solid var(--line)}
+h1{margin:0 0 .3rem;font-size:1.15rem}
+h1+p{margin:0 0 .5rem;font-weight:700}
+.tools{display:flex;flex-wrap:wrap;gap:.5rem 1rem;align-items:center}
+button{font:inherit;padding:.3rem .8rem}
+#place{min-width:6em}
+main{flex:1;min-height:0;overflow:auto}
+table{border-collapse:separate;border-spacing:0;table-layout:fixed;width:100%;min-width:1150px}
+caption{position:absolute;clip-path:inset(50%);width:1px;height:1px;overflow:hidden;white-space:nowrap}
+thead{position:sticky;top:0;z-index:1}
+th,td{border:solid var(--line);border-width:0 1px 1px 0;padding:1px 4px;text-align:left;vertical-align:top;
+ overflow-wrap:anywhere;white-space:pre-wrap}
+thead th{background:var(--head)}
+tbody th{font-weight:400;text-align:right;background:var(--head);white-space:nowrap}
+.n{text-align:center}
+.c{background:var(--compare);text-align:center}
+.d .c,thead .c{background:rgb(128,255,255);color:rgb(255,0,0)}
+.c b{font-size:1.35em;line-height:1}
+.c small{display:block;color:#000}
+.r{background:rgb(255,0,0);color:#000;font-weight:700;box-shadow:inset 0 0 0 2px #000}
+.o{background:rgb(192,192,255);color:#000;font-style:italic}
+.x{background:var(--gap)}
+.v{position:absolute;clip-path:inset(50%);width:1px;height:1px;overflow:hidden;white-space:nowrap}
+.only .s{display:none}
+tr.at>*{border-top:3px solid var(--current);border-bottom:3px solid var(--current)}
+:focus-visible{outline:3px solid var(--current);outline-offset:-3px}
+@page{size:A4 landscape;margin:10mm}
+@media print{:root{--back:#fff;--text:#000;--bar:#fff;--head:#eee;--line:#888;--gap:#f6f6f6;
+  --compare:rgb(128,255,255)}
+ html,body{height:auto}body{display:block;font-size:8pt}
+ main{overflow:visible}table{min-width:0}thead{position:static;display:table-header-group}
+ tr{break-inside:avoid}.tools,.v{display:none}tr.at>*{border-top-width:0;border-bottom:1px solid var(--line)}
+ *{print-color-adjust:exact;-webkit-print-color-adjust:exact}}
+)css";
+
+// The search never wraps around, as in the window.
+const std::string_view kHtmlScript = R"js(
+(function () {
+  "use strict";
+  var marked = document.getElementsByClassName("d");
+  var place = document.getElementById("place");
+  var only = document.getElementById("only");
+  var at = -1;
+
+  function go(step) {
+    var next = at < 0 && step < 0 ? -1 : at + step;
+    if (next < 0 || next >= marked.length) {
+      place.textContent = "더이상 비교결과에서 다른곳을 찾을 수 없습니다.";
+      return;
+    }
+    if (at >= 0) {
+      marked[at].classList.remove("at");
+    }
+    at = next;
+    var row = marked[at];
+    row.classList.add("at");
+    var cell = row.querySelector(".c");
+    cell.tabIndex = -1;
+    cell.focus({ preventScroll: true });
+    cell.scrollIntoView({ block: "center", inline: "nearest" });
+    place.textContent = (at + 1) + " / " + marked.length;
+  }
+
+  document.getElementById("next").addEventListener("click", function () { go(1); });
+  document.getElementById("previous").addEventListener("click", function () { go(-1); });
+  document.addEventListener("keydown", function (event) {
+    if (event.key === "F3") {
+      event.preventDefault();
+      go(event.shiftKey && !event.ctrlKey && !event.altKey ? -1 : 1);
+    }
+  });
+  only.addEventListener("change", function () {
+    document.body.classList.toggle("only", only.checked);
+    if (at >= 0) {
+      marked[at].scrollIntoView({ block: "center" });
+    }
+  });
+})();
+)js";
+
+std::string HtmlText(std::string_view utf8) {
+    std::string out;
+    for (const char c : Printable(utf8)) {
+        switch (c) {
+            case '&':
+                out += "&amp;";
+                break;
+            case '<':
+                out += "&lt;";
+                break;
+            case '>':
+                out += "&gt;";
+                break;
+            case '"':
+                out += "&quot;";
+                break;
+            case '\'':
+                out += "&#39;";
+                break;
+            default:
+                out += c;
+        }
+    }
+    return out;
+}
+
+}  // namespace tavrel::report

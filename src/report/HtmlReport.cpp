@@ -1,0 +1,154 @@
+#include "report/HtmlReport.h"
+
+#include <array>
+
+#include "grid/GridLayout.h"
+#include "report/ComparisonReport.h"
+#include "report/HtmlPage.h"
+#include "report/SideCells.h"
+
+namespace tavrel::report {
+
+namespace {
+
+using compare::kCellCount;
+using compare::OneSided;
+
+/// Share of the width that each cell of a side gets.
+constexpr std::array<int, kCellCount> kShares = {12, 2, 2, 2, 13, 6, 4, 7, 3, 3};
+constexpr int kNumberShare = 4;
+constexpr int kCompareShare = 5;
+constexpr int kAllShares = 2 * (12 + 2 + 2 + 2 + 13 + 6 + 4 + 7 + 3 + 3) + kNumberShare + kCompareShare;
+
+/// Cells that hold a mark or a letter stand in the middle.
+constexpr std::array<bool, kCellCount> kCentred = {false, true,  true,  true, false,
+                                                   false, false, false, true, true};
+
+bool AnyRowHidden(const compare::ComparisonResult& result) {
+    for (std::size_t index = 0; index < result.RowCount(); ++index) {
+        if (result.Row(index).hidden) {
+            return true;
+        }
+    }
+    return false;
+}
+
+void WriteColumn(std::ostream& out, int share) {
+    out << "<col style=\"width:" << share * 100.0 / kAllShares << "%\">";
+}
+
+void WriteColumns(std::ostream& out) {
+    out << "<colgroup>";
+    WriteColumn(out, kNumberShare);
+    for (int side = 0; side < 2; ++side) {
+        if (side == 1) {
+            WriteColumn(out, kCompareShare);
+        }
+        for (const int share : kShares) {
+            WriteColumn(out, share);
+        }
+    }
+    out << "</colgroup>\n";
+}
+
+void WriteCaptions(std::ostream& out) {
+    for (std::size_t cell = 0; cell < kCellCount; ++cell) {
+        out << "<th scope=\"col\"" << (kCentred[cell] ? " class=\"n\"" : "") << '>'
+            << HtmlText(CaptionOf(cell)) << "</th>";
+    }
+}
+
+void WriteTableHead(std::ostream& out, const compare::ComparisonResult& result) {
+    out << "<thead>\n<tr><th scope=\"col\" rowspan=\"2\">행</th><th scope=\"colgroup\" colspan=\""
+        << kCellCount << "\">DB A: " << HtmlText(result.PathA())
+        << "</th><th scope=\"col\" rowspan=\"2\" class=\"c\">"
+        << HtmlText(grid::LayoutOf(grid::kCompareColumn).caption) << "</th><th scope=\"colgroup\" colspan=\""
+        << kCellCount << "\">DB B: " << HtmlText(result.PathB()) << "</th></tr>\n<tr>";
+    WriteCaptions(out);
+    WriteCaptions(out);
+    out << "</tr>\n</thead>\n";
+}
+
+std::string_view ClassOf(const compare::ResultRow& row, OneSided side, std::size_t cell) {
+    if (row.IsRed(cell)) {
+        return kCentred[cell] ? " class=\"r n\"" : " class=\"r\"";
+    }
+    if (row.blue == side && cell == kFieldCell) {
+        return " class=\"o\"";
+    }
+    return kCentred[cell] ? " class=\"n\"" : "";
+}
+
+void WriteSide(std::ostream& out, const compare::ResultRow& row, OneSided side) {
+    const std::optional<compare::SideCells>& cells = side == OneSided::A ? row.a : row.b;
+    if (!cells) {
+        out << "<td class=\"x\" colspan=\"" << kCellCount << "\"></td>";
+        return;
+    }
+    for (std::size_t cell = 0; cell < kCellCount; ++cell) {
+        out << "<td" << ClassOf(row, side, cell) << '>' << HtmlText((*cells)[cell]) << "</td>";
+    }
+}
+
+void WriteCompareCell(std::ostream& out, const compare::ResultRow& row) {
+    out << "<td class=\"c\">";
+    if (!row.mark.empty()) {
+        const std::string words = HtmlText(DifferenceInWords(row));
+        const bool oneSided = !row.a || !row.b;
+        out << "<b title=\"" << words << "\">" << HtmlText(row.mark) << "</b>"
+            << (oneSided ? (row.a ? "<small>A만</small>" : "<small>B만</small>") : "") << "<span class=\"v\">"
+            << words << "</span>";
+    }
+    out << "</td>";
+}
+
+void WriteRow(std::ostream& out, const compare::ResultRow& row, std::size_t number) {
+    out << "<tr class=\"" << (row.mark.empty() ? 's' : 'd') << "\"><th scope=\"row\">" << number << "</th>";
+    WriteSide(out, row, OneSided::A);
+    WriteCompareCell(out, row);
+    WriteSide(out, row, OneSided::B);
+    out << "</tr>\n";
+}
+
+void WriteTools(std::ostream& out, bool onlyDifferences, int differences) {
+    out << "<div class=\"tools\" role=\"toolbar\" aria-label=\"다른 곳 찾기\">"
+           "<button type=\"button\" id=\"previous\" aria-keyshortcuts=\"Shift+F3\">이전 다른 곳 "
+           "(Shift+F3)</button>"
+           "<button type=\"button\" id=\"next\" aria-keyshortcuts=\"F3\">다음 다른 곳 (F3)</button>"
+           "<span id=\"place\" role=\"status\">"
+        << (differences > 0 ? "– / " + std::to_string(differences) : "")
+        << "</span><label><input type=\"checkbox\" id=\"only\" autocomplete=\"off\""
+        << (onlyDifferences ? " checked" : "") << "> 틀린 자료만 보기</label></div>\n";
+}
+
+void WriteHead(std::ostream& out) {
+    out << "<!DOCTYPE html>\n<html lang=\"ko\">\n<head>\n<meta charset=\"utf-8\">\n"
+           "<meta http-equiv=\"Content-Security-Policy\" content=\"default-src 'none'; style-src "
+           "'unsafe-inline'; "
+           "script-src 'unsafe-inline'\">\n"
+           "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">\n"
+           "<meta name=\"generator\" content=\"Tavrel " TAVREL_VERSION
+           "\">\n<title>DB 구조 비교</title>\n<style>"
+        << kHtmlStyle << "</style>\n</head>\n";
+}
+
+}  // namespace
+
+void WriteComparisonHtml(std::ostream& out, const compare::ComparisonResult& result) {
+    const bool onlyDifferences = AnyRowHidden(result);
+    WriteHead(out);
+    out << "<body" << (onlyDifferences ? " class=\"only\"" : "") << ">\n<header>\n<h1>DB 구조 비교</h1>\n<p>"
+        << HtmlText(result.Message()) << "</p>\n";
+    WriteTools(out, onlyDifferences, result.Differences());
+    out << "</header>\n<main>\n<table>\n<caption>DB A와 DB B의 필드를 나란히 놓은 표. 다른 행은 비교 열에 "
+           "!가 있습니다.</caption>\n";
+    WriteColumns(out);
+    WriteTableHead(out, result);
+    out << "<tbody>\n";
+    for (std::size_t index = 0; index < result.RowCount(); ++index) {
+        WriteRow(out, result.Row(index), index + 1);
+    }
+    out << "</tbody>\n</table>\n</main>\n<script>" << kHtmlScript << "</script>\n</body>\n</html>\n";
+}
+
+}  // namespace tavrel::report
