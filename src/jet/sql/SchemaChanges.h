@@ -27,6 +27,8 @@ struct ForeignKeyDefinition {
     bool indexed = true;  ///< false: NO INDEX
     bool deleteSetsNull = false;
     bool updateSetsNull = false;
+    bool deleteGiven = false;  ///< an ON DELETE clause was written, NO ACTION included
+    bool updateGiven = false;
 };
 
 /// Indexes and keys without a name get one from the engine.
