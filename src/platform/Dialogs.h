@@ -1,5 +1,5 @@
-// What a command shows while it works and when it ends: small interfaces that the window, the command line and
-// the tests each fill in their own way.
+// What a command shows while it works and when it ends: small interfaces that the window, the command line
+// and the tests each fill in their own way.
 #pragma once
 
 #include <string>

@@ -1,8 +1,8 @@
 // A file as bytes at offsets: the only way in which the engine touches the disk, so that a test can stand in
 // for it and fail, cut or count any single operation.
 //
-// Failures are tavrel::Error with the run-time's numbers: 53 not found, 57 device fault, 58 exists, 61 disk full,
-// 70 in use or no permission, 75 path/file access, 76 folder not found.
+// Failures are tavrel::Error with the run-time's numbers: 53 not found, 57 device fault, 58 exists, 61 disk
+// full, 70 in use or no permission, 75 path/file access, 76 folder not found.
 #pragma once
 
 #include <cstdint>
@@ -41,8 +41,8 @@ class FileInUse : public Error {
     using Error::Error;
 };
 
-/// Opens an ordinary file (a folder or device is refused with 75) and holds the lock that fits the access for as
-/// long as the object lives: shared for Read, exclusive otherwise.
+/// Opens an ordinary file (a folder or device is refused with 75) and holds the lock that fits the access for
+/// as long as the object lives: shared for Read, exclusive otherwise.
 std::unique_ptr<File> OpenFile(const std::string& path, FileAccess access);
 
 }  // namespace tavrel::platform

@@ -13,8 +13,8 @@ inline constexpr char kPathSeparator =
     '/';
 #endif
 
-/// An ordinary file of that name exists (no folder; on Windows neither hidden nor system).  Throws Error when the
-/// lookup itself fails (a drive that is gone, no permission on a folder of the path).
+/// An ordinary file of that name exists (no folder; on Windows neither hidden nor system).  Throws Error when
+/// the lookup itself fails (a drive that is gone, no permission on a folder of the path).
 bool FileExists(const std::string& path);
 bool FolderExists(const std::string& path);
 std::uint64_t FileSize(const std::string& path);
