@@ -1,0 +1,149 @@
+// What happens when the user does something.
+#include <QCoreApplication>
+#include <QDir>
+
+#include "app/Form1.h"
+#include "app/GridMenu.h"
+#include "app/logic/DatabasePath.h"
+#include "app/logic/GridCommands.h"
+#include "app/logic/Products.h"
+#include "text/Error.h"
+
+namespace tavrel::app {
+
+namespace {
+
+constexpr const char* kDatabaseFilter = "MDB File (mdb) (*.mdb)";
+constexpr const char* kNotInThisVersion = "이 버전에서는 아직 사용할 수 없는 기능입니다.";
+
+std::string ProgramFolder() {
+    return FromQt(QDir::toNativeSeparators(QCoreApplication::applicationDirPath()));
+}
+
+}  // namespace
+
+std::string Form1::PathOf(int index) const {
+    return workbench_.txtDBPath[static_cast<std::size_t>(index)]->Text();
+}
+
+void Form1::Form_KeyDown(std::int16_t keyCode, std::int16_t shift) {
+    if (keyCode == keys::kF3) {
+        cmdMove_Click(shift == keys::kShift ? 1 : 0);
+    } else if (keyCode == keys::kF5) {
+        cmdComp_Click();
+    } else if (keyCode == keys::kEscape) {
+        close();
+    }
+}
+
+void Form1::cmdComp_Click() {
+    run_.cmdComp_Click();
+}
+
+void Form1::cmdMove_Click(std::int16_t index) {
+    app::cmdMove_Click(index, grid_, messages_);
+}
+
+/// The listing was made under the old options, so it goes; the user starts the next one.
+void Form1::Check1_Click(int index) {
+    if (!isVisible()) {
+        return;
+    }
+    grid_.SetRowCount(0);
+    const int value = workbench_.Check1[static_cast<std::size_t>(index)]->Value();
+    Remember(Entry(Remembered::Option0, index), std::to_string(value));
+}
+
+void Form1::cmbApp_Click() {
+    if (!isVisible()) {
+        return;
+    }
+    const Product& product = ProductOfItem(FromQt(controls_.Box("cmbApp").currentText()));
+    workbench_.AppCode = product.code;
+    if (PathOf(0).empty()) {
+        controls_.Field("txtDBPath", 0).setText(ToQt(product.defaultPath));
+    }
+}
+
+/// Whichever field changed, DB A's path chooses the product.
+void Form1::txtDBPath_Change(int index) {
+    if (!isVisible()) {
+        return;
+    }
+    Remember(Entry(Remembered::PathA, index), PathOf(index));
+    if (const auto item = ProductOfPath(PathOf(0))) {
+        controls_.Box("cmbApp").setCurrentIndex(*item);
+    }
+}
+
+void Form1::txtPwd_Change(int index) {
+    if (isVisible()) {
+        Remember(Entry(Remembered::PasswordA, index),
+                 workbench_.txtPwd[static_cast<std::size_t>(index)]->Text());
+    }
+}
+
+void Form1::cmbTblName_Change(int index) {
+    if (isVisible()) {
+        Remember(Entry(Remembered::TableA, index),
+                 workbench_.cmbTblName[static_cast<std::size_t>(index)]->Text());
+    }
+}
+
+void Form1::cmdDB_Click(int index) {
+    const std::string path = BrowseDbFile(BrowseStart(PathOf(index), PathOf(1 - index)));
+    if (!path.empty()) {
+        controls_.Field("txtDBPath", index).setText(ToQt(path));
+    }
+}
+
+std::string Form1::BrowseDbFile(const std::string& startPath) {
+    if (LastBrowseDir.empty()) {
+        LastBrowseDir = ProgramFolder();
+    }
+    std::string chosen = files_.AskOpen({startPath, LastBrowseDir, kDatabaseFilter});
+    if (!chosen.empty()) {
+        LastBrowseDir = FolderOf(chosen);
+    }
+    return chosen;
+}
+
+bool Form1::ValidateDbPath(const std::string& path, int index) {
+    return app::ValidateDbPath(path, *workbench_.txtDBPath[static_cast<std::size_t>(index)], messages_);
+}
+
+void Form1::RunOnPath(int index, const std::function<void(int)>& command) {
+    if (!ValidateDbPath(PathOf(index), index)) {
+        return;
+    }
+    if (command) {
+        command(index);
+    } else {
+        messages_.Say(kNotInThisVersion);
+    }
+}
+
+void Form1::cmdAccess_Click(int index) {
+    RunOnPath(index, services_.openInAccess);
+}
+
+void Form1::cmdCompact_Click(int index) {
+    RunOnPath(index, services_.compactDatabase);
+}
+
+void Form1::ShowGridMenu(const QPoint& place) {
+    GridView& view = controls_.Grid();
+    const bool filled = grid_.RowCount() > 0;
+    const auto menu = MakeGridMenu(view, filled,
+                                   {.copy = [&view] { view.CopySelection(); },
+                                    .selectAll = [&view] { view.selectAll(); },
+                                    .save = [this](const ReportFormatLine& format) { SaveListing(format); }});
+    menu->exec(place);
+}
+
+void Form1::SaveListing(const ReportFormatLine& format) {
+    const std::string folder = PathOf(0).empty() ? ProgramFolder() : FolderOf(PathOf(0));
+    SaveComparison(compare::ComparisonResult(grid_, run_.Differences()), format, folder, files_, messages_);
+}
+
+}  // namespace tavrel::app

@@ -1,0 +1,33 @@
+#include "app/GridMenu.h"
+
+namespace tavrel::app {
+
+namespace {
+
+/// The shortcut is only shown: the grid itself takes the key.
+QAction* AddEdit(QMenu& menu, const char* text, QKeySequence::StandardKey key,
+                 const std::function<void()>& action) {
+    QAction* added = menu.addAction(QString::fromUtf8(text), action);
+    added->setShortcut(key);
+    added->setShortcutContext(Qt::WidgetShortcut);
+    added->setShortcutVisibleInContextMenu(true);
+    return added;
+}
+
+}  // namespace
+
+std::unique_ptr<QMenu> MakeGridMenu(QWidget& parent, bool filled, const GridMenuActions& actions) {
+    auto menu = std::make_unique<QMenu>(&parent);
+    AddEdit(*menu, "복사", QKeySequence::Copy, actions.copy);
+    AddEdit(*menu, "모두 선택", QKeySequence::SelectAll, actions.selectAll);
+    menu->addSeparator();
+    for (const ReportFormatLine& format : ReportFormats()) {
+        menu->addAction(QString::fromUtf8(format.command), [save = actions.save, &format] { save(format); });
+    }
+    for (QAction* action : menu->actions()) {
+        action->setEnabled(filled);
+    }
+    return menu;
+}
+
+}  // namespace tavrel::app

@@ -1,0 +1,55 @@
+#include "app/KeyCommands.h"
+
+#include <algorithm>
+#include <array>
+
+#include <QCoreApplication>
+#include <QKeyEvent>
+
+namespace tavrel::app {
+
+namespace {
+
+struct KeyLine {
+    Qt::Key key;
+    std::int16_t code;
+};
+constexpr std::array<KeyLine, 3> kKeys = {
+    {{Qt::Key_F3, keys::kF3}, {Qt::Key_F5, keys::kF5}, {Qt::Key_Escape, keys::kEscape}}};
+
+struct ShiftLine {
+    Qt::KeyboardModifier modifier;
+    std::int16_t state;
+};
+constexpr std::array<ShiftLine, 3> kShifts = {
+    {{Qt::ShiftModifier, keys::kShift}, {Qt::ControlModifier, keys::kCtrl}, {Qt::AltModifier, keys::kAlt}}};
+
+std::int16_t ShiftState(Qt::KeyboardModifiers modifiers) {
+    int state = 0;
+    for (const ShiftLine& line : kShifts) {
+        state |= modifiers.testFlag(line.modifier) ? line.state : 0;
+    }
+    return static_cast<std::int16_t>(state);
+}
+
+}  // namespace
+
+KeyCommands::KeyCommands(QWidget& form, Handler handler) : form_(form), handler_(std::move(handler)) {
+    QCoreApplication::instance()->installEventFilter(this);
+}
+
+bool KeyCommands::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() != QEvent::KeyPress || !watched->isWidgetType() ||
+        static_cast<QWidget*>(watched)->window() != &form_) {
+        return false;
+    }
+    const auto* press = static_cast<const QKeyEvent*>(event);
+    const auto line = std::ranges::find(kKeys, press->key(), &KeyLine::key);
+    if (line == kKeys.end()) {
+        return false;
+    }
+    handler_(line->code, ShiftState(press->modifiers()));
+    return true;
+}
+
+}  // namespace tavrel::app

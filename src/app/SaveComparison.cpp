@@ -1,0 +1,66 @@
+#include "app/SaveComparison.h"
+
+#include <array>
+#include <sstream>
+
+#include <QFileInfo>
+#include <QSaveFile>
+
+#include "app/QtText.h"
+#include "report/ComparisonReport.h"
+#include "report/HtmlReport.h"
+
+namespace tavrel::app {
+
+namespace {
+
+constexpr std::array<ReportFormatLine, 3> kFormats = {{
+    {ReportFormat::Html, "HTML로 저장…", "HTML (*.html)", ".html"},
+    {ReportFormat::Csv, "CSV로 저장…", "CSV (*.csv)", ".csv"},
+    {ReportFormat::Json, "JSON으로 저장…", "JSON (*.json)", ".json"},
+}};
+constexpr const char* kDefaultName = "비교결과";
+constexpr const char* kFailed = "파일을 저장할 수 없습니다.\r\n\r\n";
+
+void Write(std::ostream& out, const compare::ComparisonResult& result, ReportFormat format) {
+    switch (format) {
+        case ReportFormat::Html:
+            report::WriteComparisonHtml(out, result);
+            break;
+        case ReportFormat::Csv:
+            report::WriteComparisonCsv(out, result);
+            break;
+        case ReportFormat::Json:
+            report::WriteComparisonJson(out, result);
+            break;
+    }
+}
+
+}  // namespace
+
+std::span<const ReportFormatLine> ReportFormats() {
+    return kFormats;
+}
+
+void SaveComparison(const compare::ComparisonResult& result, const ReportFormatLine& format,
+                    const std::string& folder, FileChooser& files, platform::MessageBox& messages) {
+    const std::string chosen =
+        files.AskSave({std::string(kDefaultName) + format.suffix, folder, format.filter});
+    if (chosen.empty()) {
+        return;
+    }
+    // A name without suffix gets none here: the dialog has asked about overwriting the name as it is.
+    QSaveFile file(ToQt(chosen));
+    std::ostringstream text;
+    Write(text, result, format.format);
+    const std::string bytes = std::move(text).str();
+    const bool saved =
+        file.open(QIODevice::WriteOnly) &&
+        file.write(bytes.data(), static_cast<qint64>(bytes.size())) == static_cast<qint64>(bytes.size()) &&
+        file.commit();
+    if (!saved) {
+        messages.Say(kFailed + chosen + "\r\n" + FromQt(file.errorString()));
+    }
+}
+
+}  // namespace tavrel::app

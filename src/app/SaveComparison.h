@@ -1,0 +1,30 @@
+// Writing the listing to a file.
+#pragma once
+
+#include <span>
+#include <string>
+
+#include "app/FileChooser.h"
+#include "compare/ComparisonResult.h"
+#include "platform/Dialogs.h"
+
+namespace tavrel::app {
+
+enum class ReportFormat { Html, Csv, Json };
+
+struct ReportFormatLine {
+    ReportFormat format;
+    const char* command;  ///< text of the menu
+    const char* filter;
+    const char* suffix;  ///< with its point
+};
+
+/// In menu order.
+std::span<const ReportFormatLine> ReportFormats();
+
+/// Asks for a name and writes the comparison there, whole or not at all.  A failure is told in a message box.
+/// `folder` is where the dialog begins.
+void SaveComparison(const compare::ComparisonResult& result, const ReportFormatLine& format,
+                    const std::string& folder, FileChooser& files, platform::MessageBox& messages);
+
+}  // namespace tavrel::app

@@ -1,0 +1,20 @@
+// Selected cells as text.
+#pragma once
+
+#include <QItemSelection>
+#include <QString>
+
+#include "app/grid/GridModel.h"
+
+namespace tavrel::app {
+
+/// The smallest block of rows and columns that holds the selection, cells separated by tabs, each row ended
+/// by a line end.  Cells of the block that are not selected are blank; hidden columns, and rows without a
+/// selected cell, are left out.  A text that holds a tab, a line end or a quote stands in quotes, as
+/// spreadsheets read it.
+QString SelectionText(const GridModel& model, const QItemSelection& selection);
+
+/// Does nothing when nothing is selected.
+void CopyToClipboard(const GridModel& model, const QItemSelection& selection);
+
+}  // namespace tavrel::app

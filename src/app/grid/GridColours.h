@@ -1,0 +1,38 @@
+// What a cell looks like in a light and in a dark desktop.
+#pragma once
+
+#include <QColor>
+#include <QPalette>
+
+#include "grid/GridLayout.h"
+
+namespace tavrel::app {
+
+/// A second sign beside the colour, for those who cannot tell the colours apart.
+enum class CellSign {
+    None,
+    Bold,  ///< differs
+    Bar    ///< stands on one side only: a bar at the cell's left edge
+};
+
+struct CellLook {
+    QColor back;
+    QColor text;
+    CellSign sign = CellSign::None;
+};
+
+bool IsDark(const QPalette& palette);
+
+/// The look of a cell with these colours in the grid.  A cell without colour of its own takes the desktop's;
+/// the text can be read on the back (contrast of 4.5 at least, but for the compare column's given pair).
+CellLook LookOf(grid::Colour back, grid::Colour text, const QPalette& palette);
+
+/// The look of a selected cell: the selection's colour, through which a painted cell can still be told.
+CellLook Selected(const CellLook& look, const QPalette& palette);
+
+QColor GridLineColour(const QPalette& palette);
+
+/// Contrast of two colours, 1 to 21.
+double Contrast(const QColor& a, const QColor& b);
+
+}  // namespace tavrel::app

@@ -1,0 +1,251 @@
+#include "app/grid/GridView.h"
+
+#include <QContextMenuEvent>
+#include <QHelpEvent>
+#include <QKeyEvent>
+#include <QPainter>
+#include <QScrollBar>
+#include <QTimer>
+#include <QToolTip>
+
+#include "app/grid/GridClipboard.h"
+#include "app/grid/GridColours.h"
+#include "app/grid/GridColumns.h"
+#include "app/grid/GridDelegate.h"
+#include "app/grid/GridHeader.h"
+
+namespace tavrel::app {
+
+namespace {
+
+constexpr int kRowMargin = 5;
+
+/// True for the time of a block.
+class Flag {
+  public:
+    explicit Flag(bool& flag) : flag_(flag), before_(flag) { flag_ = true; }
+    ~Flag() { flag_ = before_; }
+    Flag(const Flag&) = delete;
+    Flag& operator=(const Flag&) = delete;
+
+  private:
+    bool& flag_;
+    bool before_;
+};
+
+}  // namespace
+
+GridView::GridView(grid::ResultGrid& grid, QWidget* parent)
+    : QTableView(parent),
+      grid_(grid),
+      model_(new GridModel(grid)),
+      delegate_(new GridDelegate(*model_, this)),
+      header_(new GridHeader(grid, this)) {
+    model_->setParent(this);
+    SetUpHeaders();
+    setModel(model_);
+    setItemDelegate(delegate_);
+    for (int column = 1; column <= grid::kColumnCount; ++column) {
+        setColumnHidden(column - 1, grid_.ColumnHidden(column));
+    }
+    setShowGrid(false);
+    setEditTriggers(NoEditTriggers);
+    setSelectionMode(ExtendedSelection);
+    setSelectionBehavior(SelectItems);
+    setTabKeyNavigation(false);
+    setWordWrap(false);
+    setHorizontalScrollMode(ScrollPerPixel);
+    setVerticalScrollMode(ScrollPerItem);
+    connect(header_, &QHeaderView::sectionResized, this, [this] {
+        if (!fitting_) {
+            widthsByUser_ = true;
+        }
+        header_->viewport()->update();
+    });
+    header_->onBandClicked = [this](int first, int last) { SelectColumns(first, last); };
+    grid_.Observe(this);
+}
+
+GridView::~GridView() {
+    grid_.Observe(nullptr);
+}
+
+void GridView::SetUpHeaders() {
+    setHorizontalHeader(header_);
+    QHeaderView* rows = verticalHeader();
+    rows->setSectionResizeMode(QHeaderView::Fixed);
+    rows->setMinimumSectionSize(1);
+    rows->setDefaultSectionSize(fontMetrics().height() + kRowMargin);
+    rows->setDefaultAlignment(Qt::AlignCenter);
+    rows->setHighlightSections(false);
+}
+
+// ---- following the grid
+
+void GridView::CellsChanged(const grid::CellRange& range) {
+    model_->CellsChanged(range);
+}
+
+void GridView::RowCountChanged() {
+    Reload();
+}
+
+/// Rows are hidden one by one: the list of rows is made anew once they all are.
+void GridView::RowsHiddenChanged(int /*first*/, int /*last*/) {
+    if (!reloadComing_) {
+        reloadComing_ = true;
+        QTimer::singleShot(0, this, [this] { Reload(); });
+    }
+}
+
+void GridView::HeaderChanged() {
+    header_->viewport()->update();
+}
+
+void GridView::ActiveCellChanged() {
+    ShowActiveCell();
+}
+
+void GridView::AllChanged() {
+    Reload();
+    HeaderChanged();
+}
+
+void GridView::FocusRequested() {
+    setFocus();
+}
+
+void GridView::Reload() {
+    reloadComing_ = false;
+    {
+        const Flag following(following_);
+        model_->Reload();
+    }
+    FitColumns();
+    ShowActiveCell();
+}
+
+void GridView::ShowActiveCell() {
+    const QModelIndex active = model_->IndexOf(grid_.ActiveColumn(), grid_.ActiveRow());
+    if (!active.isValid() || following_) {
+        return;
+    }
+    const Flag following(following_);
+    setCurrentIndex(active);
+    scrollTo(active);
+}
+
+/// What the user makes the current cell is the grid's active cell.
+void GridView::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
+    QTableView::currentChanged(current, previous);
+    if (!following_ && current.isValid()) {
+        const Flag following(following_);
+        grid_.ActivateCell(current.column() + 1, model_->GridRow(current.row()));
+    }
+}
+
+// ---- showing
+
+void GridView::paintEvent(QPaintEvent* event) {
+    if (!grid_.Repaint()) {
+        QPainter(viewport()).fillRect(event->rect(), palette().color(QPalette::Base));
+        return;
+    }
+    delegate_->SetTopRow(rowAt(0));
+    QTableView::paintEvent(event);
+}
+
+/// The texts of merged cells wander with the upper edge, so their columns are drawn anew.
+void GridView::scrollContentsBy(int dx, int dy) {
+    QTableView::scrollContentsBy(dx, dy);
+    if (dx != 0) {
+        header_->viewport()->update();
+    }
+    for (int column = 1; dy != 0 && column <= grid::kColumnCount; ++column) {
+        if (grid_.ColumnMerge(column) == 1) {
+            viewport()->update(columnViewportPosition(column - 1), 0, columnWidth(column - 1),
+                               viewport()->height());
+        }
+    }
+}
+
+void GridView::FitColumns() {
+    if (widthsByUser_) {
+        return;
+    }
+    const Flag fitting(fitting_);
+    const int room = viewport()->width() + verticalHeader()->width();
+    const ColumnWidths widths = WidthsFor(fontMetrics(), room, grid_.RowCount());
+    verticalHeader()->setFixedWidth(widths[0]);
+    for (int column = 1; column <= grid::kColumnCount; ++column) {
+        if (!grid_.ColumnHidden(column)) {
+            setColumnWidth(column - 1, widths[static_cast<std::size_t>(column)]);
+        }
+    }
+}
+
+void GridView::resizeEvent(QResizeEvent* event) {
+    QTableView::resizeEvent(event);
+    if (!fitting_) {
+        FitColumns();
+    }
+}
+
+void GridView::changeEvent(QEvent* event) {
+    QTableView::changeEvent(event);
+    if (event->type() == QEvent::FontChange) {
+        verticalHeader()->setDefaultSectionSize(fontMetrics().height() + kRowMargin);
+        FitColumns();
+    }
+}
+
+QString GridView::CutText(const QModelIndex& index) const {
+    const QString text = model_->data(index).toString();
+    QFont font = this->font();
+    const grid::Colour back = grid_.BackColor(index.column() + 1, model_->GridRow(index.row()));
+    font.setBold(LookOf(back, 0, palette()).sign == CellSign::Bold);
+    const int room = columnWidth(index.column()) - 2 * kCellMargin - 1;
+    return QFontMetrics(font).horizontalAdvance(text) > room ? text : QString();
+}
+
+bool GridView::viewportEvent(QEvent* event) {
+    if (event->type() != QEvent::ToolTip) {
+        return QTableView::viewportEvent(event);
+    }
+    auto* help = static_cast<QHelpEvent*>(event);
+    const QModelIndex index = indexAt(help->pos());
+    QToolTip::showText(help->globalPos(), index.isValid() ? CutText(index) : QString(), viewport());
+    return true;
+}
+
+// ---- keyboard and mouse
+
+void GridView::keyPressEvent(QKeyEvent* event) {
+    if (event->matches(QKeySequence::Copy)) {
+        CopySelection();
+        event->accept();
+        return;
+    }
+    QTableView::keyPressEvent(event);
+}
+
+void GridView::CopySelection() const {
+    CopyToClipboard(*model_, selectionModel()->selection());
+}
+
+void GridView::contextMenuEvent(QContextMenuEvent* event) {
+    if (onContextMenu) {
+        onContextMenu(event->globalPos());
+    }
+}
+
+void GridView::SelectColumns(int first, int last) {
+    if (model_->rowCount() == 0) {
+        return;
+    }
+    const QItemSelection block(model_->index(0, first - 1), model_->index(model_->rowCount() - 1, last - 1));
+    selectionModel()->select(block, QItemSelectionModel::ClearAndSelect);
+    setFocus();
+}
+
+}  // namespace tavrel::app

@@ -1,0 +1,19 @@
+// The program: one window.  The command line is not read.
+#include <QApplication>
+
+#include "app/Form1.h"
+#include "app/FormFont.h"
+#include "platform/Settings.h"
+
+int main(int argc, char** argv) {
+    QApplication application(argc, argv);
+    QApplication::setApplicationName(QStringLiteral("Tavrel"));
+    QApplication::setDesktopFileName(QStringLiteral("kr.ardel.Tavrel"));
+    QApplication::setFont(tavrel::app::FormFont());
+    tavrel::app::Form1 form({.settings = tavrel::platform::UserSettings()});
+    if (!form.Form_Load()) {
+        return 0;
+    }
+    form.show();
+    return QApplication::exec();
+}
