@@ -70,6 +70,7 @@ inline constexpr std::int32_t kNoSuchTable = 3078;
 inline constexpr std::int32_t kFieldTooSmall = 3163;
 inline constexpr std::int32_t kTooManyFields = 3190;
 inline constexpr std::int32_t kDuplicateField = 3191;
+inline constexpr std::int32_t kChildRecords = 3200;
 inline constexpr std::int32_t kNoParentRecord = 3201;
 inline constexpr std::int32_t kDatabaseExists = 3204;
 inline constexpr std::int32_t kRequiredField = 3314;

@@ -291,6 +291,25 @@ bool BTree::Remove(ByteView key, RowPointer row) {
     return true;
 }
 
+bool BTree::RemoveRow(RowPointer row) {
+    PageNumber pagesLeft = pager_.PageCount();
+    for (PageNumber number = Descend({}, 0).back().page; number != 0;) {
+        const PageRef page = pager_.Read(number);
+        const EntryTable table(page);
+        if (!table.Leaf() || pagesLeft-- == 0) {
+            ThrowDamaged("인덱스의 잎이 되풀이됨");
+        }
+        for (unsigned i = 0; i < table.Count(); ++i) {
+            const ByteVector entry = table.Entry(page, i);
+            if (LeafRow(entry) == row) {
+                return Remove(LeafKey(entry), row);
+            }
+        }
+        number = NextOf(page);
+    }
+    return false;
+}
+
 /// Drops pages that have become empty and joins those that are low, from the end of the path upward.
 void BTree::Shrink(Path path) {
     bool empty = EntryTable(pager_.Read(path.back().page)).Count() == 0;

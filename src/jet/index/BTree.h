@@ -29,6 +29,9 @@ class BTree {
     void Insert(ByteView key, RowPointer row);
     /// Takes a row's entry out; false when it is not there.
     bool Remove(ByteView key, RowPointer row);
+    /// Takes out the entry of a row whatever its key, reading the leaves until it is met; false when it is
+    /// not there.
+    bool RemoveRow(RowPointer row);
     /// True when an entry with exactly that key is there, whatever its row.
     bool Contains(ByteView key);
 

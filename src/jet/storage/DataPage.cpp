@@ -58,10 +58,81 @@ std::uint8_t DataPageEditor::Append(ByteView row, std::uint16_t flags) {
     return static_cast<std::uint8_t>(count);
 }
 
-void DataPageEditor::Overwrite(std::uint8_t row, ByteView bytes) {
+namespace {
+
+/// What a slot keeps when its page is laid out anew: a moved row no more than its pointer, a deleted one
+/// nothing.
+ByteView Kept(const Slot& slot) {
+    constexpr std::size_t kPointerBytes = 4;
+    switch (slot.flags) {
+        case kSlotDeleted:
+            return {};
+        case kSlotMoved:
+            return slot.row.first(std::min(slot.row.size(), kPointerBytes));
+        default:
+            return slot.row;
+    }
+}
+
+}  // namespace
+
+bool DataPageEditor::Replace(std::uint8_t row, ByteView bytes, std::uint16_t flags) {
     const Slot slot = DataPageView(page_).At(row);
-    assert(slot.row.size() == bytes.size());
-    std::copy(bytes.begin(), bytes.end(), page_.begin() + (slot.row.data() - page_.data()));
+    if (slot.row.size() == bytes.size()) {
+        std::copy(bytes.begin(), bytes.end(), page_.begin() + (slot.row.data() - page_.data()));
+        const std::size_t place = kDataHeader + 2 * std::size_t{row};
+        PutU16(page_, place, static_cast<std::uint16_t>((U16(page_, place) & kStartMask) | flags));
+        return true;
+    }
+    if (RoomAfterTidy() + Kept(slot).size() < bytes.size()) {
+        return false;
+    }
+    LayOut(row, bytes, flags);
+    return true;
+}
+
+void DataPageEditor::Delete(std::uint8_t row) {
+    const std::size_t place = kDataHeader + 2 * std::size_t{row};
+    PutU16(page_, place, static_cast<std::uint16_t>((U16(page_, place) & kStartMask) | kSlotDeleted));
+}
+
+void DataPageEditor::Tidy() {
+    LayOut(-1, {}, 0);
+}
+
+unsigned DataPageEditor::RoomAfterTidy() const {
+    const DataPageView view(page_);
+    std::size_t used = kDataHeader + 2 * std::size_t{view.SlotCount()};
+    for (unsigned row = 0; row < view.SlotCount(); ++row) {
+        used += Kept(view.At(row)).size();
+    }
+    return static_cast<unsigned>(kPageSize - used);
+}
+
+unsigned DataPageEditor::LiveRows() const {
+    const DataPageView view(page_);
+    unsigned live = 0;
+    for (unsigned row = 0; row < view.SlotCount(); ++row) {
+        live += view.At(row).flags != kSlotDeleted ? 1 : 0;
+    }
+    return live;
+}
+
+/// Writes all rows anew from the end of the page downward, one of them with other bytes.
+void DataPageEditor::LayOut(int replaced, ByteView bytes, std::uint16_t flags) {
+    const Page old = page_;
+    const DataPageView view(old);
+    std::size_t start = kPageSize;
+    for (unsigned row = 0; row < view.SlotCount(); ++row) {
+        const Slot slot = view.At(row);
+        const bool other = static_cast<int>(row) == replaced;
+        const ByteView content = other ? bytes : Kept(slot);
+        start -= content.size();
+        std::copy(content.begin(), content.end(), page_.begin() + static_cast<std::ptrdiff_t>(start));
+        PutU16(page_, kDataHeader + 2 * std::size_t{row},
+               static_cast<std::uint16_t>(start | (other ? flags : slot.flags)));
+    }
+    PutU16(page_, 2, static_cast<std::uint16_t>(start - kDataHeader - 2 * std::size_t{view.SlotCount()}));
 }
 
 }  // namespace tavrel::jet

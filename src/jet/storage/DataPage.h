@@ -63,10 +63,21 @@ class DataPageEditor {
     [[nodiscard]] bool Fits(std::size_t length) const;
     /// REQUIRES: Fits(row.size()).  Returns the slot number.
     std::uint8_t Append(ByteView row, std::uint16_t flags = 0);
-    /// Overwrites a row with one of the same length.
-    void Overwrite(std::uint8_t row, ByteView bytes);
+    /// Puts other bytes and flags into a slot, whatever the length; rows move inside the page when needed,
+    /// and the space of deleted ones is used.  False, and nothing changed, when there is no room.
+    bool Replace(std::uint8_t row, ByteView bytes, std::uint16_t flags);
+    /// Marks a slot deleted.  Its number is not used again.
+    void Delete(std::uint8_t row);
+    /// Moves the rows together at the end of the page, so that the space of deleted ones is free.
+    void Tidy();
+    /// Bytes that a row and its slot could have after Tidy.
+    [[nodiscard]] unsigned RoomAfterTidy() const;
+    /// Rows that are not deleted.
+    [[nodiscard]] unsigned LiveRows() const;
 
   private:
+    void LayOut(int replaced, ByteView bytes, std::uint16_t flags);
+
     Page& page_;
 };
 
