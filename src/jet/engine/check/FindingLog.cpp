@@ -33,6 +33,17 @@ std::string Fill(std::string_view text, std::initializer_list<std::string_view> 
     return out;
 }
 
+/// Names of a damaged file may hold surrogates without partner, in their three-byte form (ED A0..BF xx).
+/// Findings are for eyes and for JSON, so they become U+FFFD.
+std::string Readable(std::string text) {
+    for (std::size_t i = 0; i + 2 < text.size(); ++i) {
+        if (text[i] == '\xED' && static_cast<unsigned char>(text[i + 1]) >= 0xA0) {
+            text.replace(i, 3, "\xEF\xBF\xBD");
+        }
+    }
+    return text;
+}
+
 }  // namespace
 
 void FindingLog::Add(FindingKind kind, std::string where, std::initializer_list<std::string_view> arguments) {
@@ -40,7 +51,8 @@ void FindingLog::Add(FindingKind kind, std::string where, std::initializer_list<
         return;
     }
     const FindingInfo& info = InfoOf(kind);
-    report_.findings.push_back({info.severity, std::move(where), Fill(info.text, arguments), info.code});
+    report_.findings.push_back(
+        {info.severity, Readable(std::move(where)), Readable(Fill(info.text, arguments)), info.code});
 }
 
 CheckReport FindingLog::Finish() {
