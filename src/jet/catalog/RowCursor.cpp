@@ -14,13 +14,20 @@ RowCursor::RowCursor(Pager& pager, const TableDefinition& table, std::uint32_t o
       table_(table),
       shape_(table.Shape()),
       ownerKey_(ownerKey),
-      pages_(ReadUsageMap(pager, table.ownedMap).pages),
-      rowBudget_(std::uint64_t{kPageSize} * pages_.size()),
       // A value is asked for a few times at most, and each lies in pages of its own.
       longBudget_(4 * std::uint64_t{kPageSize} * pager.PageCount()) {}
 
+void RowCursor::FindPages() {
+    havePages_ = true;
+    pages_ = ReadUsageMap(pager_, table_.ownedMap).pages;
+    rowBudget_ = std::uint64_t{kPageSize} * pages_.size();
+}
+
 /// Opens the next page; false when there is none.
 bool RowCursor::OpenPage() {
+    if (!havePages_) {
+        FindPages();
+    }
     if (nextPage_ == pages_.size()) {
         page_.reset();
         view_.reset();
@@ -55,6 +62,17 @@ bool RowCursor::Next() {
         row_ = RowView(shape_, row);
         return true;
     }
+}
+
+void RowCursor::GoTo(RowPointer at) {
+    visited_ = pager_.Read(at.page);
+    const DataPageView view(*visited_);
+    const Slot slot = view.At(at.row);
+    if (view.Owner() != table_.page || (slot.flags & kSlotHidden) != 0) {
+        ThrowDamaged("인덱스가 없는 행을 가리킴");
+    }
+    at_ = at;
+    row_ = RowView(shape_, slot.flags == kSlotMoved ? FollowMove(slot.row) : slot.row);
 }
 
 ByteView RowCursor::FollowMove(ByteView pointer) {

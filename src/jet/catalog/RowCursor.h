@@ -17,6 +17,9 @@ class RowCursor {
     /// Moves to the next row; false at the end.  Throws 3428 on damage, and when the table claims more row or
     /// long value bytes than its pages can hold.
     bool Next();
+    /// Moves to the row that a slot names; Next then goes on where it was before.  Throws 3428 when there is
+    /// none.
+    void GoTo(RowPointer at);
     /// The slot that names the row (index entries name it); the row may lie elsewhere.
     [[nodiscard]] RowPointer At() const { return at_; }
     [[nodiscard]] const RowView& Row() const { return row_; }
@@ -30,6 +33,7 @@ class RowCursor {
     [[nodiscard]] Value Get(std::size_t column);
 
   private:
+    void FindPages();
     bool OpenPage();
     ByteView FollowMove(ByteView pointer);
     void CountBytes(std::size_t bytes);
@@ -38,13 +42,15 @@ class RowCursor {
     const TableDefinition& table_;
     RowShape shape_;
     std::uint32_t ownerKey_;
+    bool havePages_ = false;
     std::vector<PageNumber> pages_;
     std::size_t nextPage_ = 0;
     std::optional<PageRef> page_;
     std::optional<DataPageView> view_;
     PageNumber pageNumber_ = 0;
     unsigned slot_ = 0;
-    std::optional<PageRef> moved_;  ///< the page of the present row when it has moved
+    std::optional<PageRef> moved_;    ///< the page of the present row when it has moved
+    std::optional<PageRef> visited_;  ///< the page that GoTo has gone to
     RowPointer at_{};
     RowView row_;
     std::uint64_t rowBudget_ = 0;

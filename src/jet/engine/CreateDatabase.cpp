@@ -67,8 +67,9 @@ std::unique_ptr<Database> Database::Create(const std::string& path, const Create
     LayOutNewDatabase(*database->pager_, allocator, header);
     database->header_ = header;
     database->catalog_ = std::make_unique<class Catalog>(*database->pager_, header.ownerKey);
+    creation->edits = std::make_unique<TableEdits>(*database->pager_, *database->catalog_, header.ownerKey);
     creation->writer =
-        std::make_unique<Writer>(*database->pager_, *database->catalog_, header, options.created);
+        std::make_unique<Writer>(*creation->edits, *database->catalog_, header, options.created);
     creation->writer->AddEngineObjects();
     return database;
 }

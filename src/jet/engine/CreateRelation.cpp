@@ -75,7 +75,7 @@ void RelationMaker::FindTables() {
     self_ = child->id == parent->id;
     childName_ = child->name;
     parentName_ = parent->name;
-    Pager& pager = writer_.context_.pager;
+    Pager& pager = writer_.Context().pager;
     child_ = ReadTableDefinition(pager, static_cast<PageNumber>(child->id));
     if (!self_) {
         otherParent_ = ReadTableDefinition(pager, static_cast<PageNumber>(parent->id));
@@ -197,7 +197,7 @@ void RelationMaker::CheckIndexCounts() const {
 }
 
 void RelationMaker::CheckRows() const {
-    Pager& pager = writer_.context_.pager;
+    Pager& pager = writer_.Context().pager;
     const EntryArena children = KeysWithoutNull(pager, child_, ChildColumns());
     if (!EveryKeyFound(children, KeysWithoutNull(pager, Parent(), ParentColumns()))) {
         throw MakeError(definitionErrors::kDataViolatesRelation, {childName_, parentName_});
@@ -226,7 +226,7 @@ std::vector<std::uint16_t> RelationMaker::ParentColumns() const {
 // ---- writing
 
 void RelationMaker::WriteDefinitions() {
-    WriteContext& context = writer_.context_;
+    WriteContext& context = writer_.Context();
     if (childTree_ == kNoNumber) {
         AddChildTree();
     }
@@ -240,7 +240,7 @@ void RelationMaker::WriteDefinitions() {
 }
 
 void RelationMaker::AddChildTree() {
-    WriteContext& context = writer_.context_;
+    WriteContext& context = writer_.Context();
     RealIndex tree;
     tree.flags = WantedFlags();
     for (const std::uint16_t number : ChildColumns()) {

@@ -24,6 +24,7 @@ class UnfinishedFile {
 struct Creation {
     explicit Creation(const std::string& path) : file(path) {}
     UnfinishedFile file;
+    std::unique_ptr<TableEdits> edits;
     std::unique_ptr<Writer> writer;
 };
 

@@ -68,16 +68,44 @@ bool IsTruncated(Pager& pager, std::uint64_t fileBytes) {
 
 Database::~Database() = default;
 
-std::unique_ptr<Database> Database::Open(const std::string& path, const OpenOptions& options) {
-    std::unique_ptr<platform::File> file;
+namespace {
+
+std::unique_ptr<platform::File> OpenOrThrow(const std::string& path, platform::FileAccess access) {
     try {
-        file = platform::OpenFile(path, platform::FileAccess::Read);
+        return platform::OpenFile(path, access);
     } catch (const platform::FileInUse& error) {
         throw OpenError(error, path, true);
     } catch (const Error& error) {
         throw OpenError(error, platform::FullPath(path), false);
     }
-    return OpenFile(std::move(file), path, options, ReadOldPages(path));
+}
+
+/// Puts the pages back that an unfinished transaction has overwritten.
+void Recover(platform::File& file, const std::string& path) {
+    if (const std::optional<OldPages> old = ReadOldPages(path)) {
+        for (const auto& [number, page] : old->pages) {
+            file.WriteAt(std::uint64_t{number} * kPageSize, *page);
+        }
+        file.Truncate(std::uint64_t{old->pageCount} * kPageSize);
+        file.Sync();
+    }
+    JournalFilesFor(path).remove();
+}
+
+}  // namespace
+
+std::unique_ptr<Database> Database::Open(const std::string& path, const OpenOptions& options) {
+    return OpenFile(OpenOrThrow(path, platform::FileAccess::Read), path, options, ReadOldPages(path));
+}
+
+std::unique_ptr<Database> Database::OpenForChanges(const std::string& path, const OpenOptions& options) {
+    OpenFile(OpenOrThrow(path, platform::FileAccess::Read), path, options,
+             ReadOldPages(path));  // refusals change nothing
+    std::unique_ptr<platform::File> file = OpenOrThrow(path, platform::FileAccess::ReadWrite);
+    Recover(*file, path);
+    std::unique_ptr<Database> database = OpenFile(std::move(file), path, options);
+    database->pager_->SetJournal(JournalFilesFor(path));
+    return database;
 }
 
 std::unique_ptr<Database> Database::OpenFile(std::unique_ptr<platform::File> file, const std::string& path,

@@ -39,7 +39,10 @@ class Database {
     /// Opens for reading.  Throws 3024 (no such file), 3044 (folder), 3031 (password), 3041, 3045, 3049,
     /// 3051, 3343, 3356.
     static std::unique_ptr<Database> Open(const std::string& path, const OpenOptions& options = {});
-    /// The same on a file that is open already; `path` is for messages.  `old`: the content that an
+    /// Opens for changing, which EditSession does: nobody else may have the file open.  What an unfinished
+    /// transaction has left is undone first.
+    static std::unique_ptr<Database> OpenForChanges(const std::string& path, const OpenOptions& options = {});
+    /// The same as Open on a file that is open already; `path` is for messages.  `old`: the content that an
     /// unfinished transaction has overwritten.
     static std::unique_ptr<Database> OpenFile(std::unique_ptr<platform::File> file, const std::string& path,
                                               const OpenOptions& options = {},

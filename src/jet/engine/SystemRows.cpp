@@ -1,7 +1,5 @@
 #include "jet/engine/SystemRows.h"
 
-#include "jet/catalog/NewSystemTables.h"
-
 namespace tavrel::jet {
 
 namespace {
@@ -38,27 +36,17 @@ const ByteVector kCreator = {0x02, 0x04};
 const ByteVector kAdmins = AdminsSid();
 }  // namespace accounts
 
-RowWriter& SystemRows::WriterOf(PageNumber page) {
-    std::unique_ptr<RowWriter>& writer = tables_[page].writer;
-    if (!writer) {
-        writer = std::make_unique<RowWriter>(context_, std::string(SystemTableName(page)),
-                                             ReadTableDefinition(context_.pager, page));
-    }
-    return *writer;
-}
-
 RowPointer SystemRows::AddRow(PageNumber page, const NamedValues& values) {
-    RowWriter& writer = WriterOf(page);
-    std::vector<Value> row(writer.Table().columns.size());
+    EditedTable& table = edits_.Edit(page);
+    std::vector<Value> row(table.Definition().columns.size());
     for (const auto& [name, value] : values) {
-        const std::size_t place = writer.Table().FindColumnByName(name);
+        const std::size_t place = table.Definition().FindColumnByName(name);
         if (place == TableDefinition::npos) {
             ThrowDamaged("시스템 테이블에 열 " + std::string(name) + "이(가) 없음");
         }
         row[place] = value;
     }
-    tables_[page].changed = true;
-    return writer.Append(row);
+    return table.Insert(row);
 }
 
 RowPointer SystemRows::Add(const NewObject& object) {
@@ -90,21 +78,6 @@ void SystemRows::Add(const RelationRow& row) {
                                 {"szColumn", row.childColumn},
                                 {"szReferencedObject", row.parentTable},
                                 {"szReferencedColumn", row.parentColumn}});
-}
-
-void SystemRows::Save() {
-    for (auto& [page, table] : tables_) {
-        if (table.changed) {
-            WriterOf(page).Save();
-            table.changed = false;
-        }
-    }
-}
-
-void SystemRows::Forget() {
-    for (auto& [page, table] : tables_) {
-        table.writer.reset();
-    }
 }
 
 }  // namespace tavrel::jet

@@ -1,14 +1,10 @@
-// Rows of the engine's own tables: objects, permissions and relations.  They are stored at once; the indexes
-// and counts of these tables follow at Save, so that many objects can be made without building an index for
-// each.
+// Rows of the engine's own tables: objects, permissions and relations.
 #pragma once
 
-#include <map>
-#include <memory>
 #include <string_view>
 
 #include "jet/catalog/Catalog.h"
-#include "jet/engine/RowWriter.h"
+#include "jet/engine/TableEdits.h"
 
 namespace tavrel::jet {
 
@@ -42,28 +38,17 @@ struct Permission {
 
 class SystemRows {
   public:
-    explicit SystemRows(WriteContext& context) : context_(context) {}
+    explicit SystemRows(TableEdits& edits) : edits_(edits) {}
 
     RowPointer Add(const NewObject& object);
     void Add(const Permission& permission);
     void Add(const RelationRow& row);
 
-    /// Builds the indexes of the tables that have new rows and writes their definitions.
-    void Save();
-    /// Pages were rolled back: everything is to be read again from the rows that are left.
-    void Forget();
-
   private:
-    struct Table {
-        std::unique_ptr<RowWriter> writer;  ///< null = not read yet
-        bool changed = false;               ///< rows are stored that the indexes do not name yet
-    };
     using NamedValues = std::initializer_list<std::pair<std::string_view, Value>>;
-    RowWriter& WriterOf(PageNumber page);
     RowPointer AddRow(PageNumber page, const NamedValues& values);
 
-    WriteContext& context_;
-    std::map<PageNumber, Table> tables_;  ///< by definition page
+    TableEdits& edits_;
 };
 
 }  // namespace tavrel::jet

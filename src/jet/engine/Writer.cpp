@@ -31,13 +31,8 @@ void GiveTree(WriteContext& context, PageNumber table, RealIndex& index, PageNum
 
 }  // namespace
 
-Writer::Writer(Pager& pager, Catalog& catalog, const FileHeader& header, std::optional<double> clock)
-    : catalog_(catalog),
-      allocator_(pager),
-      context_{pager, allocator_, header.ownerKey},
-      system_(context_),
-      sortOrder_(header.sortOrder),
-      clock_(clock) {
+Writer::Writer(TableEdits& edits, Catalog& catalog, const FileHeader& header, std::optional<double> clock)
+    : edits_(edits), catalog_(catalog), system_(edits), sortOrder_(header.sortOrder), clock_(clock) {
     ReadObjects();
 }
 
@@ -105,24 +100,26 @@ void Writer::AddEngineObjects() {
     for (const Permission& permission : EnginePermissions()) {
         system_.Add(permission);
     }
-    catalog_.Forget();
+    edits_.Save();
+    edits_.Forget();
 }
 
 void Writer::GivePages(TableDefinition& table) {
-    table.page = allocator_.Allocate();
+    PageAllocator& allocator = Context().allocator;
+    table.page = allocator.Allocate();
     PageNumber mapPage = 0;
-    table.ownedMap = allocator_.NewMap(mapPage);
-    table.freeMap = allocator_.NewMap(mapPage);
+    table.ownedMap = allocator.NewMap(mapPage);
+    table.freeMap = allocator.NewMap(mapPage);
     for (Column& column : table.columns) {
         if (IsLong(column.type)) {
-            column.ownedMap = allocator_.NewMap(mapPage);
-            column.freeMap = allocator_.NewMap(mapPage);
+            column.ownedMap = allocator.NewMap(mapPage);
+            column.freeMap = allocator.NewMap(mapPage);
             column.hasMaps = true;
             table.trailer.push_back({column.number, column.ownedMap, column.freeMap});
         }
     }
     for (RealIndex& index : table.realIndexes) {
-        GiveTree(context_, table.page, index, mapPage);
+        GiveTree(Context(), table.page, index, mapPage);
     }
 }
 
@@ -135,7 +132,7 @@ void Writer::CreateTable(const TableSpec& spec) {
     const PropertyBlob properties = NewTableProperties(spec);
     Atomically([&] {
         GivePages(table);
-        StoreDefinition(context_.pager, allocator_, table);
+        StoreDefinition(Context().pager, Context().allocator, table);
         const auto id = static_cast<std::int32_t>(table.page);
         NewObject object{id, kTablesContainer, spec.name, ObjectType::Table, 0, accounts::kAdmin, Now(), {}};
         if (!properties.Empty()) {
@@ -155,11 +152,11 @@ void Writer::CreateRelation(const RelationInfo& relation) {
 PropertyBlob Writer::PropertiesOf(const ObjectPlace& object) {
     const TableDefinition& objects = catalog_.Definition(kObjectsPage);
     const RowShape shape = objects.Shape();
-    const ByteVector row = ReadRowAt(context_.pager, object.at);
+    const ByteVector row = ReadRowAt(Context().pager, object.at);
     const std::size_t place = objects.FindColumnByName("LvProp");
     const auto descriptor =
         place != TableDefinition::npos ? RowView(shape, row).Field(place) : std::optional<ByteView>();
-    return descriptor ? PropertyBlob::Parse(ReadLongValue(context_.pager, *descriptor)) : PropertyBlob();
+    return descriptor ? PropertyBlob::Parse(ReadLongValue(Context().pager, *descriptor)) : PropertyBlob();
 }
 
 std::unique_ptr<TableWriter> Writer::Append(const std::string& table) {
@@ -173,7 +170,7 @@ std::unique_ptr<TableWriter> Writer::Append(const std::string& table) {
     }
     try {
         auto rows = std::make_unique<RowWriter>(
-            context_, object->name, ReadTableDefinition(context_.pager, page), PropertiesOf(*object));
+            Context(), object->name, ReadTableDefinition(Context().pager, page), PropertiesOf(*object));
         return std::make_unique<TableWriter>(*this, std::move(rows));
     } catch (...) {
         open_.erase(page);
@@ -182,33 +179,39 @@ std::unique_ptr<TableWriter> Writer::Append(const std::string& table) {
 }
 
 void Writer::Flush() {
-    if (context_.broken) {
+    if (Context().broken) {
         ThrowDamaged("앞선 쓰기가 도중에 실패함");
     }
     if (!open_.empty()) {
         throw MakeError(definitionErrors::kTableInUse, {TableName(*open_.begin())});
     }
-    system_.Save();
-    catalog_.Forget();
-    context_.pager.Flush();
+    edits_.Save();
+    Context().pager.Flush();
 }
 
 /// Does all of it or nothing.
 void Writer::Atomically(const std::function<void()>& work) {
+    Pager& pager = Context().pager;
+    const bool outermost = !pager.InStatement();
     const auto objectsBefore = nextObjectId_;
-    context_.pager.BeginStatement();
+    if (outermost) {
+        pager.BeginStatement();
+    }
     try {
         work();
+        edits_.Save();
     } catch (...) {
-        context_.pager.RollbackStatement();
-        allocator_.Reset();
-        system_.Forget();
-        catalog_.Forget();
+        if (outermost) {
+            pager.RollbackStatement();
+        }
+        edits_.Forget();
         nextObjectId_ = objectsBefore;
         throw;
     }
-    context_.pager.CommitStatement();
-    catalog_.Forget();
+    if (outermost) {
+        pager.CommitStatement();
+    }
+    edits_.Forget();
 }
 
 double Writer::Now() const {

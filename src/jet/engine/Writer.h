@@ -1,7 +1,8 @@
 // Everything that makes new things in a database: tables, relations, rows.  One for each database that is
 // open for writing.
 //
-// Objects that are made become visible at once; the indexes of the engine's own tables follow at Flush.
+// Objects that are made become visible at once.  Inside a statement a failure is the statement's to roll
+// back; outside one each creation is all or nothing by itself.
 #pragma once
 
 #include <functional>
@@ -19,7 +20,7 @@ namespace tavrel::jet {
 class Writer {
   public:
     /// `clock`: the time that objects are stamped with; nothing = the time when they are made.
-    Writer(Pager& pager, Catalog& catalog, const FileHeader& header, std::optional<double> clock);
+    Writer(TableEdits& edits, Catalog& catalog, const FileHeader& header, std::optional<double> clock);
     Writer(const Writer&) = delete;
     Writer& operator=(const Writer&) = delete;
 
@@ -33,7 +34,7 @@ class Writer {
     void Flush();
 
     // ---- for TableWriter and relations
-    [[nodiscard]] WriteContext& Context() { return context_; }
+    [[nodiscard]] WriteContext& Context() { return edits_.Context(); }
     /// Name of the table at a definition page; empty when there is none.
     [[nodiscard]] std::string TableName(PageNumber page) const;
     void Release(PageNumber table) { open_.erase(table); }
@@ -58,9 +59,8 @@ class Writer {
     void Atomically(const std::function<void()>& work);
     [[nodiscard]] double Now() const;
 
+    TableEdits& edits_;
     Catalog& catalog_;
-    PageAllocator allocator_;
-    WriteContext context_;
     SystemRows system_;
     std::uint16_t sortOrder_;
     std::optional<double> clock_;
