@@ -8,7 +8,6 @@ namespace tavrel::jet {
 namespace {
 
 constexpr unsigned kMaxDepth = 32;
-constexpr std::size_t kChildBytes = 4;
 /// A page below this is joined with a neighbour when both fit into one.
 constexpr std::size_t kLowWater = kIndexRoom / 4;
 
