@@ -22,8 +22,8 @@ h1+p{margin:0 0 .5rem;font-weight:700}
 .tools{display:flex;flex-wrap:wrap;gap:.5rem 1rem;align-items:center}
 button{font:inherit;padding:.3rem .8rem}
 #place{min-width:6em}
-main{flex:1;min-height:0;overflow:auto}
-table{border-collapse:separate;border-spacing:0;table-layout:fixed;width:100%;min-width:1150px}
+main{flex:1;min-height:0;overflow:auto;position:relative}
+table{border-collapse:separate;border-spacing:0;table-layout:fixed;width:100%;min-width:1200px}
 caption{position:absolute;clip-path:inset(50%);width:1px;height:1px;overflow:hidden;white-space:nowrap}
 thead{position:sticky;top:0;z-index:1}
 th,td{border:solid var(--line);border-width:0 1px 1px 0;padding:1px 4px;text-align:left;vertical-align:top;
@@ -31,23 +31,25 @@ th,td{border:solid var(--line);border-width:0 1px 1px 0;padding:1px 4px;text-ali
 thead th{background:var(--head)}
 tbody th{font-weight:400;text-align:right;background:var(--head);white-space:nowrap}
 .n{text-align:center}
-.c{background:var(--compare);text-align:center}
+.c{background:var(--compare);text-align:center;white-space:nowrap}
 .d .c,thead .c{background:rgb(128,255,255);color:rgb(255,0,0)}
 .c b{font-size:1.35em;line-height:1}
-.c small{display:block;color:#000}
+.c small{margin-left:.3em;color:#000}
 .r{background:rgb(255,0,0);color:#000;font-weight:700;box-shadow:inset 0 0 0 2px #000}
 .o{background:rgb(192,192,255);color:#000;font-style:italic}
 .x{background:var(--gap)}
 .v{position:absolute;clip-path:inset(50%);width:1px;height:1px;overflow:hidden;white-space:nowrap}
+.part{content-visibility:auto}
 .only .s{display:none}
-tr.at>*{border-top:3px solid var(--current);border-bottom:3px solid var(--current)}
+tr.at>*{box-shadow:inset 0 3px var(--current),inset 0 -3px var(--current)}
 :focus-visible{outline:3px solid var(--current);outline-offset:-3px}
 @page{size:A4 landscape;margin:10mm}
 @media print{:root{--back:#fff;--text:#000;--bar:#fff;--head:#eee;--line:#888;--gap:#f6f6f6;
   --compare:rgb(128,255,255)}
  html,body{height:auto}body{display:block;font-size:8pt}
  main{overflow:visible}table{min-width:0}thead{position:static;display:table-header-group}
- tr{break-inside:avoid}.tools,.v{display:none}tr.at>*{border-top-width:0;border-bottom:1px solid var(--line)}
+ tr{break-inside:avoid}.tools,.v{display:none}tr.at>*{box-shadow:none}
+ .r{box-shadow:inset 0 0 0 2px #000!important}.part{content-visibility:visible}
  *{print-color-adjust:exact;-webkit-print-color-adjust:exact}}
 )css";
 
@@ -55,7 +57,7 @@ tr.at>*{border-top:3px solid var(--current);border-bottom:3px solid var(--curren
 const std::string_view kHtmlScript = R"js(
 (function () {
   "use strict";
-  var marked = document.getElementsByClassName("d");
+  var marked = Array.prototype.slice.call(document.querySelectorAll("tr.d"));
   var place = document.getElementById("place");
   var only = document.getElementById("only");
   var at = -1;

@@ -1,6 +1,8 @@
 #include "report/HtmlReport.h"
 
+#include <algorithm>
 #include <array>
+#include <numeric>
 
 #include "grid/GridLayout.h"
 #include "report/ComparisonReport.h"
@@ -15,14 +17,18 @@ using compare::kCellCount;
 using compare::OneSided;
 
 /// Share of the width that each cell of a side gets.
-constexpr std::array<int, kCellCount> kShares = {12, 2, 2, 2, 13, 6, 4, 7, 3, 3};
+constexpr std::array<int, kCellCount> kShares = {12, 2, 2, 2, 13, 8, 5, 6, 5, 4};
 constexpr int kNumberShare = 4;
-constexpr int kCompareShare = 5;
-constexpr int kAllShares = 2 * (12 + 2 + 2 + 2 + 13 + 6 + 4 + 7 + 3 + 3) + kNumberShare + kCompareShare;
+constexpr int kCompareShare = 6;
+constexpr int kAllShares =
+    2 * std::accumulate(kShares.begin(), kShares.end(), 0) + kNumberShare + kCompareShare;
 
 /// Cells that hold a mark or a letter stand in the middle.
 constexpr std::array<bool, kCellCount> kCentred = {false, true,  true,  true, false,
                                                    false, false, false, true, true};
+
+/// A browser lays out only the parts that are looked at: that keeps a page of 100,000 rows usable.
+constexpr std::size_t kRowsOfPart = 500;
 
 bool AnyRowHidden(const compare::ComparisonResult& result) {
     for (std::size_t index = 0; index < result.RowCount(); ++index) {
@@ -110,6 +116,28 @@ void WriteRow(std::ostream& out, const compare::ResultRow& row, std::size_t numb
     out << "</tr>\n";
 }
 
+/// Rows `first` to `last` (not included) as a table of its own.
+void WritePart(std::ostream& out, const compare::ComparisonResult& result, std::size_t first,
+               std::size_t last) {
+    constexpr std::size_t kRowHeight =
+        23;  // pixels, about: what the scroll bar goes by until the part is shown
+    bool marked = false;
+    for (std::size_t index = first; index < last && !marked; ++index) {
+        marked = !result.Row(index).mark.empty();
+    }
+    out << "<div class=\"part" << (marked ? "" : " s") << "\" style=\"contain-intrinsic-size:auto "
+        << (last - first + 2) * kRowHeight
+        << "px\">\n<table>\n<caption>DB A와 DB B의 필드를 나란히 놓은 표, 행 " << first + 1
+        << "부터. 다른 행은 비교 열에 !가 있습니다.</caption>\n";
+    WriteColumns(out);
+    WriteTableHead(out, result);
+    out << "<tbody>\n";
+    for (std::size_t index = first; index < last; ++index) {
+        WriteRow(out, result.Row(index), index + 1);
+    }
+    out << "</tbody>\n</table>\n</div>\n";
+}
+
 void WriteTools(std::ostream& out, bool onlyDifferences, int differences) {
     out << "<div class=\"tools\" role=\"toolbar\" aria-label=\"다른 곳 찾기\">"
            "<button type=\"button\" id=\"previous\" aria-keyshortcuts=\"Shift+F3\">이전 다른 곳 "
@@ -140,15 +168,14 @@ void WriteComparisonHtml(std::ostream& out, const compare::ComparisonResult& res
     out << "<body" << (onlyDifferences ? " class=\"only\"" : "") << ">\n<header>\n<h1>DB 구조 비교</h1>\n<p>"
         << HtmlText(result.Message()) << "</p>\n";
     WriteTools(out, onlyDifferences, result.Differences());
-    out << "</header>\n<main>\n<table>\n<caption>DB A와 DB B의 필드를 나란히 놓은 표. 다른 행은 비교 열에 "
-           "!가 있습니다.</caption>\n";
-    WriteColumns(out);
-    WriteTableHead(out, result);
-    out << "<tbody>\n";
-    for (std::size_t index = 0; index < result.RowCount(); ++index) {
-        WriteRow(out, result.Row(index), index + 1);
-    }
-    out << "</tbody>\n</table>\n</main>\n<script>" << kHtmlScript << "</script>\n</body>\n</html>\n";
+    out << "</header>\n<main>\n";
+    std::size_t first = 0;
+    do {
+        const std::size_t last = std::min(first + kRowsOfPart, result.RowCount());
+        WritePart(out, result, first, last);
+        first = last;
+    } while (first < result.RowCount());
+    out << "</main>\n<script>" << kHtmlScript << "</script>\n</body>\n</html>\n";
 }
 
 }  // namespace tavrel::report

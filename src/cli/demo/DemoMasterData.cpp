@@ -16,8 +16,8 @@ jet::Value Won(std::int64_t amount) {
 
 }  // namespace
 
-// One field in the middle is in A only, the last in B only; size, required and zero length differ; the index
-// on the name is gone in B.
+// One field in the middle is in A only; size, required and zero length differ; the index on the name is gone
+// in B.
 DemoTable DemoCustomers() {
     return {
         .where = In::Both,
@@ -29,15 +29,14 @@ DemoTable DemoCustomers() {
                    Field(In::B, "전화", ColumnType::Text, 20),
                    Field(In::A, "주소", ColumnType::Text, 80).ZeroLength(true),
                    Field(In::B, "주소", ColumnType::Text, 80).ZeroLength(false),
-                   Field(In::Both, "비고", ColumnType::Memo),
-                   Field(In::B, "등급", ColumnType::Byte).Default("1")},
+                   Field(In::Both, "비고", ColumnType::Memo)},
         .indexes = {PrimaryKey(In::Both, {"거래처코드"}), PlainIndex(In::A, "거래처명")},
         .rows = {{"C0001"s, "한빛상사"s, "한빛상사"s, "02-555-0102"s, "02-555-0101"s, "02-555-0101"s,
-                  "서울시 중구 을지로 12"s, "서울시 중구 을지로 12"s, "매월 말일 결제"s, std::int64_t{1}},
+                  "서울시 중구 을지로 12"s, "서울시 중구 을지로 12"s, "매월 말일 결제"s},
                  {"C0002"s, "대성유통"s, "대성유통"s, kNull, "051-333-2210"s, "051-333-2210"s,
-                  "부산시 해운대구 센텀로 7"s, "부산시 해운대구 센텀로 7"s, kNull, std::int64_t{2}},
+                  "부산시 해운대구 센텀로 7"s, "부산시 해운대구 센텀로 7"s, kNull},
                  {"C0003"s, "새봄식품"s, "새봄식품"s, "042-777-0099"s, "042-777-0098"s, "042-777-0098"s,
-                  kNull, kNull, "냉장 배송\r\n오전 중 도착"s, std::int64_t{1}}}};
+                  kNull, kNull, "냉장 배송\r\n오전 중 도착"s}}};
 }
 
 // The same in both.

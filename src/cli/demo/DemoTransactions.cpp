@@ -35,7 +35,7 @@ DemoTable DemoOrders() {
                      {kNull, "C0001"s, jet::Date{39455}, kNull, Won(0)}}};
 }
 
-// The line number belongs to the primary key in A, the product to that in B.
+// The line number belongs to the primary key in A, the product to that in B; the last field is in B only.
 DemoTable DemoOrderLines() {
     return {.where = In::Both,
             .name = "주문상세",
@@ -43,11 +43,12 @@ DemoTable DemoOrderLines() {
                        Field(In::Both, "순번", ColumnType::Byte).Required(),
                        Field(In::Both, "품목코드", ColumnType::Text, 10).Required(),
                        Field(In::Both, "수량", ColumnType::Integer),
-                       Field(In::Both, "금액", ColumnType::Currency)},
+                       Field(In::Both, "금액", ColumnType::Currency),
+                       Field(In::B, "할인", ColumnType::Integer).Default("0")},
             .indexes = {PrimaryKey(In::A, {"주문번호", "순번"}), PrimaryKey(In::B, {"주문번호", "품목코드"})},
-            .rows = {{Number(1), Number(1), "P-100"s, Number(1), Won(7800)},
-                     {Number(1), Number(2), "P-101"s, Number(2), Won(6400)},
-                     {Number(2), Number(1), "P-100"s, Number(1), Won(7800)}}};
+            .rows = {{Number(1), Number(1), "P-100"s, Number(1), Won(7800), Number(0)},
+                     {Number(1), Number(2), "P-101"s, Number(2), Won(6400), Number(100)},
+                     {Number(2), Number(1), "P-100"s, Number(1), Won(7800), Number(0)}}};
 }
 
 // Names that differ in letter case only: no difference.
