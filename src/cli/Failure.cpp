@@ -70,9 +70,9 @@ void Complain(std::string_view text) {
     std::cerr.flush();
 }
 
-ExitCode RunGuarded(Command& command) {
+ExitCode RunGuarded(const std::function<ExitCode()>& work) {
     try {
-        const ExitCode code = command.Run();
+        const ExitCode code = work();
         StandardOutput().flush();
         return code;
     } catch (...) {

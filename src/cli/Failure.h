@@ -1,6 +1,7 @@
 // How a command that fails ends.
 #pragma once
 
+#include <functional>
 #include <string_view>
 
 #include "cli/Command.h"
@@ -10,8 +11,8 @@ namespace tavrel::cli {
 /// A message on standard error, a line feed behind it.
 void Complain(std::string_view text);
 
-/// Runs a command; whatever it throws becomes one message, and the exit code of a failure.  When nobody reads
-/// the output any more (a pipe that was closed) the message is left out.
-ExitCode RunGuarded(Command& command);
+/// Does the work and sees its output off; whatever is thrown becomes one message, and the exit code of a
+/// failure.  When nobody reads the output any more (a pipe that was closed) the message is left out.
+ExitCode RunGuarded(const std::function<ExitCode()>& work);
 
 }  // namespace tavrel::cli

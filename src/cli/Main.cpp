@@ -1,5 +1,3 @@
-#include "cli/Main.h"
-
 #include <algorithm>
 
 #include "cli/Command.h"
@@ -29,20 +27,23 @@ void Declare(CLI::App& app, const std::vector<std::unique_ptr<Command>>& command
 ExitCode RunChosen(const CLI::App& app, const std::vector<std::unique_ptr<Command>>& commands) {
     for (const std::unique_ptr<Command>& command : commands) {
         if (app.got_subcommand(command->Name())) {
-            return RunGuarded(*command);
+            return command->Run();
         }
     }
     return ExitCode::Failed;
 }
 
-ExitCode Run(std::vector<std::string> arguments) {
+/// `arguments`: program name first.
+ExitCode RunProgram(std::vector<std::string> arguments) {
     const std::vector<std::unique_ptr<Command>> commands = AllCommands();
     CLI::App app("두 데이터베이스(.mdb)의 구조를 비교하고, 파일을 살펴보고, 검사하고, 만듭니다.");
     SpeakKorean(app);
     Declare(app, commands);
     // The parser takes them from the back, without the program.
-    arguments.erase(arguments.begin());
     std::reverse(arguments.begin(), arguments.end());
+    if (!arguments.empty()) {
+        arguments.pop_back();
+    }
     try {
         app.parse(std::move(arguments));
     } catch (const CLI::ParseError& error) {
@@ -53,16 +54,15 @@ ExitCode Run(std::vector<std::string> arguments) {
 
 }  // namespace
 
-int RunProgram(std::vector<std::string> arguments) noexcept {
-    try {
-        return static_cast<int>(Run(std::move(arguments)));
-    } catch (...) {
-        return static_cast<int>(ExitCode::Failed);
-    }
-}
-
 }  // namespace tavrel::cli
 
 int main(int argc, char** argv) {
-    return tavrel::cli::RunProgram(tavrel::platform::CommandLine(argc, argv));
+    using namespace tavrel;
+    try {
+        return static_cast<int>(
+            cli::RunGuarded([&] { return cli::RunProgram(platform::CommandLine(argc, argv)); }));
+    } catch (...) {
+        // Not even the message could be written: the exit code has to say it.
+        return static_cast<int>(cli::ExitCode::Failed);
+    }
 }

@@ -1,7 +1,6 @@
 #include "cli/Usage.h"
 
 #include <algorithm>
-#include <iostream>
 #include <iterator>
 
 #include "cli/Failure.h"
@@ -115,11 +114,11 @@ void SpeakKorean(CLI::App& app) {
 
 ExitCode EndParsing(const CLI::App& app, const CLI::ParseError& error) {
     if (dynamic_cast<const CLI::CallForHelp*>(&error) != nullptr) {
-        std::cout << app.help() << std::flush;
+        StandardOutput() << app.help();
         return ExitCode::Done;
     }
     if (dynamic_cast<const CLI::CallForVersion*>(&error) != nullptr) {
-        std::cout << error.what() << '\n' << std::flush;
+        StandardOutput() << error.what() << '\n';
         return ExitCode::Done;
     }
     Complain(WhatIsWrong(app, error));
