@@ -56,6 +56,7 @@ inline constexpr std::int32_t kDatabaseNotFound = 3024;
 inline constexpr std::int32_t kNoDiskSpace = 3026;
 inline constexpr std::int32_t kReadOnly = 3027;
 inline constexpr std::int32_t kBadPassword = 3031;
+inline constexpr std::int32_t kTooManyTransactions = 3094;
 inline constexpr std::int32_t kNoTransaction = 3034;
 inline constexpr std::int32_t kDatabaseTooLarge = 3036;
 inline constexpr std::int32_t kReadFault = 3040;

@@ -95,6 +95,7 @@ constexpr ErrorText kTable[] = {
     {3085, "식에 정의되지 않은 함수 '|1'이(가) 있습니다.", "Undefined function '|1' in expression."},
     {3090, "일련 번호 필드는 한 테이블에 하나만 둘 수 있습니다.",
      "Resultant table not allowed to have more than one AutoNumber field."},
+    {3094, "트랜잭션이 이미 시작되어 있습니다.", "A transaction has already begun."},
     {3096, "WHERE 절 (|1)에는 집계 함수를 쓸 수 없습니다.",
      "Cannot have aggregate function in WHERE clause (|1)."},
     {3113, "'|1'을(를) 업데이트할 수 없습니다. 업데이트할 수 없는 필드입니다.",

@@ -187,4 +187,23 @@ void PropertyBlob::Set(std::string_view column, Property property) {
     owner->properties.push_back(std::move(property));
 }
 
+bool PropertyBlob::Erase(std::string_view column, std::string_view property) {
+    std::size_t erased = 0;
+    for (PropertyOwner& owner : owners_) {
+        if (owner.kind == kKindColumn && owner.name == column) {
+            erased += std::erase_if(owner.properties, [&](const Property& p) { return p.name == property; });
+        }
+    }
+    std::erase_if(owners_, [](const PropertyOwner& owner) {
+        return owner.kind == kKindColumn && owner.properties.empty();
+    });
+    return erased > 0;
+}
+
+bool PropertyBlob::EraseColumn(std::string_view column) {
+    return std::erase_if(owners_, [&](const PropertyOwner& owner) {
+               return owner.kind == kKindColumn && owner.name == column;
+           }) > 0;
+}
+
 }  // namespace tavrel::jet

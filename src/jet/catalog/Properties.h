@@ -47,6 +47,9 @@ class PropertyBlob {
     [[nodiscard]] bool Empty() const { return owners_.empty(); }
     /// Sets or replaces a property; `column` empty = the object itself.
     void Set(std::string_view column, Property property);
+    /// Takes a property, or all of a column, away; false when there was nothing to take.
+    bool Erase(std::string_view column, std::string_view property);
+    bool EraseColumn(std::string_view column);
 
   private:
     std::vector<PropertyOwner> owners_;

@@ -156,25 +156,6 @@ RealIndex NewRealIndex(const IndexSpec& spec, const TableDefinition& table) {
     return index;
 }
 
-void AddIndex(TableDefinition& table, const IndexSpec& spec, const std::string& tableName) {
-    CheckName(spec.name);
-    for (const LogicalIndex& other : table.logicalIndexes) {
-        if (text::EqualIgnoringCase(other.name, spec.name)) {
-            throw MakeError(definitionErrors::kIndexExists, {tableName, spec.name});
-        }
-        if (spec.primary && other.kind == LogicalKind::Primary) {
-            throw MakeError(definitionErrors::kSecondPrimaryKey);
-        }
-    }
-    LogicalIndex logical;
-    logical.name = spec.name;
-    logical.number = static_cast<std::uint32_t>(table.logicalIndexes.size());
-    logical.real = static_cast<std::uint32_t>(table.realIndexes.size());
-    logical.kind = spec.primary ? LogicalKind::Primary : LogicalKind::Plain;
-    table.realIndexes.push_back(NewRealIndex(spec, table));
-    table.logicalIndexes.push_back(std::move(logical));
-}
-
 // ---- properties
 
 /// Property values have a 16-bit length of their record, of which 8 bytes are its head.
@@ -222,6 +203,27 @@ void AddProperties(PropertyBlob& blob, const ColumnSpec& spec) {
 
 }  // namespace
 
+void AddIndexDefinition(TableDefinition& table, const IndexSpec& spec, const std::string& tableName) {
+    CheckName(spec.name);
+    for (const LogicalIndex& other : table.logicalIndexes) {
+        if (text::EqualIgnoringCase(other.name, spec.name)) {
+            throw MakeError(definitionErrors::kIndexExists, {tableName, spec.name});
+        }
+        if (spec.primary && other.kind == LogicalKind::Primary) {
+            throw MakeError(definitionErrors::kSecondPrimaryKey);
+        }
+    }
+    LogicalIndex logical;
+    logical.name = spec.name;
+    for (const LogicalIndex& other : table.logicalIndexes) {
+        logical.number = std::max(logical.number, other.number + 1);
+    }
+    logical.real = static_cast<std::uint32_t>(table.realIndexes.size());
+    logical.kind = spec.primary ? LogicalKind::Primary : LogicalKind::Plain;
+    table.realIndexes.push_back(NewRealIndex(spec, table));
+    table.logicalIndexes.push_back(std::move(logical));
+}
+
 TableDefinition NewTableDefinition(const TableSpec& spec, std::uint16_t sortOrder) {
     CheckName(spec.name);
     CheckColumns(spec);
@@ -231,7 +233,7 @@ TableDefinition NewTableDefinition(const TableSpec& spec, std::uint16_t sortOrde
     TableDefinition table;
     AddColumns(table, spec, sortOrder);
     for (const IndexSpec& index : spec.indexes) {
-        AddIndex(table, index, spec.name);
+        AddIndexDefinition(table, index, spec.name);
     }
     SortLogicalIndexes(table, sortOrder);
     return table;

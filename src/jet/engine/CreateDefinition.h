@@ -12,6 +12,9 @@ namespace tavrel::jet {
 /// 3382, 3409, 3626.
 TableDefinition NewTableDefinition(const TableSpec& spec, std::uint16_t sortOrder);
 
+/// Adds an index, without its tree yet, as the last of both lists.  Throws 3125, 3277, 3283, 3375, 3409.
+void AddIndexDefinition(TableDefinition& table, const IndexSpec& spec, const std::string& tableName);
+
 /// The properties that the specification asks for; empty when it asks for none.
 PropertyBlob NewTableProperties(const TableSpec& spec);
 

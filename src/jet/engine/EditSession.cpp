@@ -1,0 +1,172 @@
+#include "jet/engine/EditSession.h"
+
+#include "jet/engine/SessionTable.h"
+#include "jet/engine/schema/SchemaEditor.h"
+#include "jet/sql/TableChanges.h"
+
+namespace tavrel::jet {
+
+namespace {
+
+/// Rows of one table on their way from the executor to the file.
+class SessionChanges : public sql::TableChanges {
+  public:
+    SessionChanges(EditSession& session, const SessionTable& table, std::span<const std::size_t> updated)
+        : relations_(session.Relations()),
+          table_(session.Edits().Edit(table.Definition().page)),
+          values_(table.Columns().size()) {
+        for (std::size_t column = 0; column < values_.size(); ++column) {
+            places_.push_back(table.PlaceOf(column));
+        }
+        for (const std::size_t column : updated) {
+            updated_.push_back(places_[column]);
+        }
+    }
+
+    std::optional<std::int32_t> InsertRow(std::span<const Value> values) override {
+        for (std::size_t column = 0; column < places_.size(); ++column) {
+            values_[places_[column]] = values[column];
+        }
+        relations_.Insert(table_, values_);
+        return table_.LastNumber();
+    }
+
+    bool UpdateRow(sql::RowId row, std::span<const Value> values) override {
+        changes_.clear();
+        for (std::size_t i = 0; i < updated_.size(); ++i) {
+            changes_.push_back(table_.Encode(updated_[i], values[i]));
+        }
+        return relations_.Update(table_, PointerOf(row), changes_);
+    }
+
+    bool DeleteRow(sql::RowId row) override { return relations_.Delete(table_, PointerOf(row)); }
+    void Finish() override {}
+
+  private:
+    RelationRules& relations_;
+    EditedTable& table_;
+    std::vector<std::size_t> places_;   ///< in the definition, by column in the order that users see
+    std::vector<std::size_t> updated_;  ///< the same of the updated columns
+    std::vector<Value> values_;         ///< by place
+    std::vector<FieldChange> changes_;
+};
+
+}  // namespace
+
+std::unique_ptr<EditSession> EditSession::Open(const std::string& path, const OpenOptions& options,
+                                               Durability durability) {
+    return std::unique_ptr<EditSession>(new EditSession(Database::OpenForChanges(path, options), durability));
+}
+
+EditSession::EditSession(std::unique_ptr<Database> database, Durability durability)
+    : database_(std::move(database)),
+      durability_(durability),
+      edits_(database_->Pager(), database_->Catalog(), database_->Header().ownerKey),
+      relations_([this](PageNumber page) -> EditedTable& { return edits_.Edit(page); }),
+      texts_(database_->Header().sortOrder),
+      schema_(std::make_unique<SchemaEditor>(*database_, edits_)),
+      workspace_(std::make_unique<sql::Workspace>(sql::Workspace{.tables = *this,
+                                                                 .schema = *schema_,
+                                                                 .transactions = *this,
+                                                                 .texts = texts_,
+                                                                 .now = {},
+                                                                 .identity = {}})) {}
+
+EditSession::~EditSession() {
+    if (explicit_) {
+        UndoStatement();
+        try {
+            Rollback();
+        } catch (const Error&) {
+            // Nothing of the transaction has reached the file.
+        }
+    }
+}
+
+sql::ExecuteResult EditSession::Execute(std::string_view statement) {
+    return sql::Execute(statement, *workspace_);
+}
+
+std::shared_ptr<sql::TableAccess> EditSession::Find(std::string_view name) {
+    const CatalogObject* object = database_->Catalog().FindTable(name);
+    return object == nullptr ? nullptr : std::make_shared<SessionTable>(*database_, *object);
+}
+
+std::unique_ptr<sql::TableChanges> EditSession::Change(sql::TableAccess& table,
+                                                       std::span<const std::size_t> updated) {
+    return std::make_unique<SessionChanges>(*this, dynamic_cast<SessionTable&>(table), updated);
+}
+
+// ---- statements and transactions
+
+void EditSession::Begin() {
+    if (explicit_) {
+        throw MakeError(errors::kTooManyTransactions);
+    }
+    database_->Pager().BeginTransaction();
+    explicit_ = true;
+}
+
+void EditSession::Commit() {
+    if (!explicit_) {
+        throw MakeError(errors::kNoTransaction);
+    }
+    explicit_ = false;
+    WriteOut();
+}
+
+void EditSession::Rollback() {
+    if (!explicit_) {
+        throw MakeError(errors::kNoTransaction);
+    }
+    explicit_ = false;
+    database_->Pager().RollbackTransaction();
+    edits_.Forget();
+}
+
+void EditSession::BeginStatement() {
+    if (!explicit_) {
+        database_->Pager().BeginTransaction();
+    }
+    database_->Pager().BeginStatement();
+    relations_.Begin();
+}
+
+void EditSession::EndStatement() {
+    edits_.Save();
+    database_->Pager().CommitStatement();
+    if (!explicit_) {
+        WriteOut();
+    }
+}
+
+/// Ends the transaction.  When that fails everything is as before it.
+void EditSession::WriteOut() {
+    CountCommit();
+    try {
+        database_->Pager().CommitTransaction(durability_ == Durability::OnMedium);
+    } catch (...) {
+        edits_.Forget();
+        throw;
+    }
+}
+
+/// Tells other sessions that something has changed: the counter of user slot 0 in the header page.
+void EditSession::CountCommit() {
+    constexpr std::size_t kCounters = 0xE00;
+    Page& header = database_->Pager().Write(0);
+    PutU16(header, kCounters, static_cast<std::uint16_t>(U16(header, kCounters) + 1));
+}
+
+void EditSession::UndoStatement() noexcept {
+    Pager& pager = database_->Pager();
+    if (pager.InStatement()) {
+        pager.RollbackStatement();
+    }
+    if (!explicit_ && pager.InTransaction()) {
+        pager.RollbackTransaction();
+    }
+    edits_.Forget();
+}
+
+}  // namespace tavrel::jet

@@ -1,0 +1,68 @@
+// A database that is open for changing by statements.
+//
+// Every statement is all or nothing, in memory and, through the journal, in the file.  Nobody else has the
+// file open meanwhile.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "jet/engine/Database.h"
+#include "jet/engine/RelationRules.h"
+#include "jet/engine/TableEdits.h"
+#include "jet/sql/Execute.h"
+#include "jet/sql/TextComparer.h"
+
+namespace tavrel::jet {
+
+class EditSession : public sql::Tables, public sql::Transactions {
+  public:
+    /// What a finished transaction is worth when the power fails; being killed never harms.
+    enum class Durability { OnMedium, WrittenOut };
+
+    /// Opens an existing database for changing, after undoing what an unfinished transaction has left. Throws
+    /// what Database::Open throws, and 3045 when anybody has the file open.
+    static std::unique_ptr<EditSession> Open(const std::string& path, const OpenOptions& options = {},
+                                             Durability durability = Durability::OnMedium);
+    /// Rolls an open transaction back.
+    ~EditSession() override;
+    EditSession(const EditSession&) = delete;
+    EditSession& operator=(const EditSession&) = delete;
+
+    [[nodiscard]] Database& File() { return *database_; }
+    sql::ExecuteResult Execute(std::string_view statement);
+
+    // ---- sql::Tables
+    std::shared_ptr<sql::TableAccess> Find(std::string_view name) override;
+    std::unique_ptr<sql::TableChanges> Change(sql::TableAccess& table,
+                                              std::span<const std::size_t> updated) override;
+
+    // ---- sql::Transactions
+    void Begin() override;
+    void Commit() override;
+    void Rollback() override;
+    void BeginStatement() override;
+    void EndStatement() override;
+    void UndoStatement() noexcept override;
+
+    // ---- for those who change rows and definitions
+    [[nodiscard]] TableEdits& Edits() { return edits_; }
+    [[nodiscard]] RelationRules& Relations() { return relations_; }
+
+  private:
+    EditSession(std::unique_ptr<Database> database, Durability durability);
+    void CountCommit();
+    void WriteOut();
+
+    std::unique_ptr<Database> database_;
+    Durability durability_;
+    TableEdits edits_;
+    RelationRules relations_;
+    bool explicit_ = false;  ///< a transaction was begun by a statement
+    sql::TextComparer texts_;
+    std::unique_ptr<sql::SchemaChanges> schema_;
+    std::unique_ptr<sql::Workspace> workspace_;
+};
+
+}  // namespace tavrel::jet
