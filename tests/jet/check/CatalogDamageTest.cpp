@@ -20,9 +20,9 @@ std::size_t Properties(S& s) {
 
 /// The permissions of the parents become those of another object.
 void TakePermissions(S& s) {
-    for (std::size_t row = 0; row < s.Table("MSysACEs").rowCount; ++row) {
+    for (std::size_t row = 0; row < s.DefinitionOf("MSysACEs").rowCount; ++row) {
         const std::size_t id = s.Value("MSysACEs", row, "ObjectId");
-        if (s.Get(id, 4) == s.Table("parents").page) {
+        if (s.Get(id, 4) == s.DefinitionOf("parents").page) {
             s.Put(id, 4, 2);
         }
     }

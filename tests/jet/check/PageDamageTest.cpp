@@ -30,7 +30,7 @@ void EmptyPage(S& s) {
     const std::size_t page = s.DataPage("parents");
     s.Put(page + 0x0C, 2, 0);
     s.Put(page + 2, 2, jet::kPageSize - jet::kDataHeader);
-    s.MapBit(s.Table("parents").freeMap, static_cast<jet::PageNumber>(page / jet::kPageSize), false);
+    s.MapBit(s.DefinitionOf("parents").freeMap, static_cast<jet::PageNumber>(page / jet::kPageSize), false);
 }
 
 // clang-format off
@@ -41,17 +41,17 @@ constexpr DamageCase kPageCases[] = {
     {"unreadable", "no definition of objects", [](S& s) { s.At(S::Page(2)) = 8; }},
     {"unreadable", "truncated", [](S& s) { s.bytes.resize(S::Page(6)); }},
 
-    {"map-unreadable", "type", [](S& s) { s.At(s.Target(s.Table("parents").ownedMap)) = 7; }},
+    {"map-unreadable", "type", [](S& s) { s.At(s.Target(s.DefinitionOf("parents").ownedMap)) = 7; }},
     {"map-unreadable", "pointer", [](S& s) { s.Put(s.Definition("parents") + 0x37, 4, 0x900); }},
-    {"map-row-flags", "moved", [](S& s) { s.At(S::SlotOf(s.Table("parents").ownedMap) + 1) |= 0x40; }},
-    {"map-row-shared", "free map is the owned map", [](S& s) { s.Put(s.Definition("parents") + 0x3B, 4, s.Table("parents").ownedMap.ToU32()); }},
-    {"map-row-unused", "free map is the owned map", [](S& s) { s.Put(s.Definition("parents") + 0x3B, 4, s.Table("parents").ownedMap.ToU32()); }},
-    {"map-page-owner", "", [](S& s) { s.At(S::Page(s.Table("parents").ownedMap.page) + 4) = 7; }},
-    {"map-outside-file", "", [](S& s) { s.MapBit(s.Table("parents").ownedMap, 500, true); }},
-    {"page-owned-twice", "engine page", [](S& s) { s.MapBit(s.Table("parents").ownedMap, 3, true); }},
-    {"leaked-page", "owned bit lost", [](S& s) { s.MapBit(s.Table("parents").ownedMap, static_cast<jet::PageNumber>(s.DataPage("parents") / jet::kPageSize), false); }},
+    {"map-row-flags", "moved", [](S& s) { s.At(S::SlotOf(s.DefinitionOf("parents").ownedMap) + 1) |= 0x40; }},
+    {"map-row-shared", "free map is the owned map", [](S& s) { s.Put(s.Definition("parents") + 0x3B, 4, s.DefinitionOf("parents").ownedMap.ToU32()); }},
+    {"map-row-unused", "free map is the owned map", [](S& s) { s.Put(s.Definition("parents") + 0x3B, 4, s.DefinitionOf("parents").ownedMap.ToU32()); }},
+    {"map-page-owner", "", [](S& s) { s.At(S::Page(s.DefinitionOf("parents").ownedMap.page) + 4) = 7; }},
+    {"map-outside-file", "", [](S& s) { s.MapBit(s.DefinitionOf("parents").ownedMap, 500, true); }},
+    {"page-owned-twice", "engine page", [](S& s) { s.MapBit(s.DefinitionOf("parents").ownedMap, 3, true); }},
+    {"leaked-page", "owned bit lost", [](S& s) { s.MapBit(s.DefinitionOf("parents").ownedMap, static_cast<jet::PageNumber>(s.DataPage("parents") / jet::kPageSize), false); }},
     {"leaked-page", "behind the last page", [](S& s) { s.MapBit(kFree, PageCount(s), false); s.bytes.resize(s.bytes.size() + jet::kPageSize); }},
-    {"free-space-not-owned", "", [](S& s) { s.MapBit(s.Table("parents").freeMap, 3, true); }},
+    {"free-space-not-owned", "", [](S& s) { s.MapBit(s.DefinitionOf("parents").freeMap, 3, true); }},
     {"empty-page-not-free", "", EmptyPage},
     {"page-used-and-free", "", [](S& s) { s.MapBit(kFree, 2, true); }},
     {"page-used-and-pending", "", [](S& s) { s.MapBit(kPending, 2, true); }},

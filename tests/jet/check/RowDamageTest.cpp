@@ -21,8 +21,8 @@ void ShortMemo(S& s) {
 // clang-format off
 constexpr DamageCase kDefinitionCases[] = {
     {"definition-unreadable", "page type", [](S& s) { s.At(s.Definition("parents")) = 8; }},
-    {"definition-unreadable", "circle", [](S& s) { s.Put(s.Definition("parents") + 4, 4, s.Table("parents").page); }},
-    {"definition-unreadable", "runs into another", [](S& s) { s.Put(s.Definition("parents") + 4, 4, s.Table("children").page); }},
+    {"definition-unreadable", "circle", [](S& s) { s.Put(s.Definition("parents") + 4, 4, s.DefinitionOf("parents").page); }},
+    {"definition-unreadable", "runs into another", [](S& s) { s.Put(s.Definition("parents") + 4, 4, s.DefinitionOf("children").page); }},
     {"definition-unreadable", "column type", [](S& s) { s.At(s.ColumnRecord("parents", "Note")) = 99; }},
     {"definition-length", "", [](S& s) { s.At(s.Definition("parents") + 8) ^= 1; }},
     {"definition-free", "", [](S& s) { s.At(s.Definition("parents") + 2) ^= 1; }},

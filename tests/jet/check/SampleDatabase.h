@@ -7,9 +7,7 @@
 //             row 2
 #pragma once
 
-#include <filesystem>
 #include <fstream>
-#include <functional>
 #include <iterator>
 
 #include <gmock/gmock.h>
@@ -17,8 +15,8 @@
 #include "jet/catalog/RowCursor.h"
 #include "jet/engine/Check.h"
 #include "jet/engine/Database.h"
-#include "jet/engine/TableWriter.h"
 #include "jet/index/IndexPage.h"
+#include "support/DatabaseBuilder.h"
 #include "support/MemoryFile.h"
 #include "support/TemporaryFolder.h"
 
@@ -68,10 +66,10 @@ class SampleDatabase {
 
     // ---- offsets in the file
     static std::size_t Page(jet::PageNumber page) { return std::size_t{page} * jet::kPageSize; }
-    std::size_t Definition(const std::string& table) { return Page(Table(table).page); }
+    std::size_t Definition(const std::string& table) { return Page(DefinitionOf(table).page); }
     /// Of the i-th data page of a table.
     std::size_t DataPage(const std::string& table, std::size_t i = 0) {
-        return Page(jet::ReadUsageMap(database_->Pager(), Table(table).ownedMap).pages.at(i));
+        return Page(jet::ReadUsageMap(database_->Pager(), DefinitionOf(table).ownedMap).pages.at(i));
     }
     /// Of the i-th row (row order), of its end, and of a column's stored value in it.
     std::size_t Row(const std::string& table, std::size_t i) { return Locate(table, i, nullptr).offset; }
@@ -125,7 +123,7 @@ class SampleDatabase {
     }
     /// Of a column's 25-byte record, a real index's 52-byte record, a logical index's 28-byte record.
     std::size_t ColumnRecord(const std::string& table, const std::string& column) {
-        const jet::TableDefinition& definition = Table(table);
+        const jet::TableDefinition& definition = DefinitionOf(table);
         return Definition(table) + 0x3F + 12 * definition.realIndexes.size() +
                25 * definition.FindColumnByName(column);
     }
@@ -133,7 +131,7 @@ class SampleDatabase {
         return RealRecords(table) + 52 * real;
     }
     std::size_t LogicalRecord(const std::string& table, const std::string& index) {
-        const jet::TableDefinition& definition = Table(table);
+        const jet::TableDefinition& definition = DefinitionOf(table);
         std::size_t place = 0;
         while (definition.logicalIndexes.at(place).name != index) {
             ++place;
@@ -142,11 +140,11 @@ class SampleDatabase {
     }
 
     // ---- what is there
-    const jet::TableDefinition& Table(const std::string& name) {
+    const jet::TableDefinition& DefinitionOf(const std::string& name) {
         return database_->Catalog().Definition(database_->Catalog().FindTable(name)->DefinitionPage());
     }
     const jet::RealIndex& Real(const std::string& table, const std::string& index) {
-        const jet::TableDefinition& definition = Table(table);
+        const jet::TableDefinition& definition = DefinitionOf(table);
         for (const jet::LogicalIndex& logical : definition.logicalIndexes) {
             if (logical.name == index) {
                 return definition.realIndexes.at(logical.real);
@@ -185,7 +183,7 @@ class SampleDatabase {
     };
 
     Place Locate(const std::string& table, std::size_t row, const char* column) {
-        const jet::TableDefinition& definition = Table(table);
+        const jet::TableDefinition& definition = DefinitionOf(table);
         jet::RowCursor cursor(database_->Pager(), definition, database_->Catalog().OwnerKey());
         for (std::size_t i = 0; i <= row; ++i) {
             if (!cursor.Next()) {
@@ -203,7 +201,7 @@ class SampleDatabase {
     }
 
     std::size_t RealRecords(const std::string& table) {
-        const jet::TableDefinition& definition = Table(table);
+        const jet::TableDefinition& definition = DefinitionOf(table);
         std::size_t offset = Definition(table) + 0x3F + 12 * definition.realIndexes.size();
         for (std::size_t i = 0; i < definition.columns.size(); ++i) {
             offset += 25;
@@ -217,70 +215,38 @@ class SampleDatabase {
     std::unique_ptr<jet::Database> database_;
 };
 
-inline jet::ColumnSpec MakeColumn(const char* name, jet::ColumnType type, unsigned size = 0) {
-    jet::ColumnSpec column;
-    column.name = name;
-    column.type = type;
-    column.size = size;
-    return column;
-}
-
-inline void CreateTables(jet::Database& database) {
-    using jet::ColumnType;
-    jet::ColumnSpec number = MakeColumn("Id", ColumnType::Long);
-    number.autonumber = true;
-    jet::ColumnSpec name = MakeColumn("Name", ColumnType::Text, 50);
-    name.required = true;
-    name.defaultValue = "\"none\"";
-    jet::ColumnSpec plain = MakeColumn("Note", ColumnType::Text, 40);
-    plain.compressed = false;
-    jet::IndexSpec primary{"PrimaryKey", {{"Id"}}};
-    primary.primary = primary.unique = primary.required = true;
-    jet::IndexSpec byName{"ByName", {{"Name"}}};
-    byName.unique = true;
-    database.CreateTable(
-        {"parents", {number, name, MakeColumn("Note", ColumnType::Text, 40)}, {primary, byName}});
-    database.CreateTable(
-        {"children",
-         {MakeColumn("Id", ColumnType::Long), MakeColumn("ParentId", ColumnType::Long), plain,
-          MakeColumn("Memo", ColumnType::Memo), MakeColumn("Picture", ColumnType::Ole)},
-         {primary}});
-}
-
-inline void AppendRows(jet::Database& database) {
-    const auto parents = database.Append("parents");
-    for (int i = 1; i <= 20; ++i) {
-        parents->Append({jet::Null{}, "parent " + std::to_string(i), std::string("remark")});
-    }
-    parents->Finish();
-    const auto children = database.Append("children");
-    const std::size_t lengths[] = {10000, 200, 20};  // a chain, a row, in the row
-    for (std::int64_t i = 0; i < 2000; ++i) {
-        jet::Value memo = jet::Null{};
-        jet::Value picture = jet::Null{};
-        if (static_cast<std::size_t>(i) < std::size(lengths)) {
-            memo = std::string(lengths[i], 'm');
-            picture = jet::ByteVector(lengths[i], 7);
-        }
-        children->Append({i, 1 + i % 20, std::string("child"), memo, picture});
-    }
-    children->Finish();
-}
-
 inline FileBytes SampleDatabase::Make() {
     const TemporaryFolder folder;
-    const std::string path = folder.File("sample.mdb");
     jet::CreateOptions options;
     options.sortOrder = jet::kSortGeneral;
-    auto database = jet::Database::Create(path, options);
-    CreateTables(*database);
-    AppendRows(*database);
+    DatabaseBuilder builder(folder.File("sample.mdb"), options);
+    Table parents("parents");
+    parents.Counter("Id").Text("Name", 50).Required().Default("\"none\"").Text("Note", 40);
+    builder.Add(parents.Key({"Id"}).Unique("ByName", {"Name"}));
+    Table children("children");
+    children.Long("Id").Long("ParentId").Text("Note", 40).Uncompressed().Memo("Memo");
+    builder.Add(children.Column("Picture", jet::ColumnType::Ole).Key({"Id"}));
+
+    std::vector<std::vector<jet::Value>> rows;
+    for (int i = 1; i <= 20; ++i) {
+        rows.push_back({jet::Null{}, "parent " + std::to_string(i), std::string("remark")});
+    }
+    builder.Rows("parents", rows);
+    rows.clear();
+    for (const std::size_t length : {10000, 200, 20}) {  // a chain, a row, in the row
+        const auto id = static_cast<std::int64_t>(rows.size());
+        rows.push_back(
+            {id, Int(1), std::string("child"), std::string(length, 'm'), jet::ByteVector(length, 7)});
+    }
+    for (std::int64_t id = 3; id < 2000; ++id) {
+        rows.push_back({id, 1 + id % 20, std::string("child"), jet::Null{}, jet::Null{}});
+    }
+    builder.Rows("children", rows);
+
     jet::RelationInfo family{"family", "children", "parents", {"ParentId"}, {"Id"}};
     family.deleteCascade = true;
-    database->CreateRelation(family);
-    database->Flush();
-    database.reset();
-    return ReadFile(path);
+    builder.Relate(family);
+    return ReadFile(builder.Finish());
 }
 
 }  // namespace tavrel::testing
