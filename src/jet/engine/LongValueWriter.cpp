@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "jet/storage/TextCoding.h"
+#include "jet/engine/StoredText.h"
 
 namespace tavrel::jet {
 
@@ -34,7 +34,9 @@ ByteVector PreparedLongValue::Descriptor(RowPointer at, std::uint32_t mark) cons
 PreparedLongValue PrepareMemo(std::u16string_view text, bool compress) {
     const std::uint32_t kind = KindFor(text.size() * 2);
     const bool pack = kind == kLongInline || (kind == kLongOneRow && compress);
-    return {kind, StoreText(text, pack, TextKind::Memo)};
+    ByteVector bytes = StoredText(text, pack, TextKind::Memo);
+    // Only a text that had to be compressed can have grown.
+    return {kind == kLongOneRow && bytes.size() > kLongMaxOneRow ? 0 : kind, std::move(bytes)};
 }
 
 PreparedLongValue PrepareOle(ByteVector bytes) {

@@ -5,8 +5,8 @@
 #include <limits>
 
 #include "jet/engine/NumberConversion.h"
+#include "jet/engine/StoredText.h"
 #include "jet/storage/Rc4.h"
-#include "jet/storage/TextCoding.h"
 #include "text/Utf.h"
 
 namespace tavrel::jet {
@@ -78,7 +78,7 @@ ByteVector EncodeText(const Column& column, const Value& value) {
         units.resize(limit, u' ');
         return PlainText(units);
     }
-    return StoreText(units, column.Compressed(), TextKind::Column);
+    return StoredText(units, column.Compressed(), TextKind::Column);
 }
 
 ByteVector EncodeBinary(const Column& column, const Value& value, std::uint32_t ownerKey) {
