@@ -67,8 +67,8 @@ void WriteCaptions(std::ostream& out) {
 void WriteTableHead(std::ostream& out, const compare::ComparisonResult& result) {
     out << "<thead>\n<tr><th scope=\"col\" rowspan=\"2\">행</th><th scope=\"colgroup\" colspan=\""
         << kCellCount << "\">DB A: " << HtmlText(result.PathA())
-        << "</th><th scope=\"col\" rowspan=\"2\" class=\"c\">"
-        << HtmlText(grid::LayoutOf(grid::kCompareColumn).caption) << "</th><th scope=\"colgroup\" colspan=\""
+        << R"(</th><th scope="col" rowspan="2" class="c">)"
+        << HtmlText(grid::LayoutOf(grid::kCompareColumn).caption) << R"(</th><th scope="colgroup" colspan=")"
         << kCellCount << "\">DB B: " << HtmlText(result.PathB()) << "</th></tr>\n<tr>";
     WriteCaptions(out);
     WriteCaptions(out);
@@ -88,7 +88,7 @@ std::string_view ClassOf(const compare::ResultRow& row, OneSided side, std::size
 void WriteSide(std::ostream& out, const compare::ResultRow& row, OneSided side) {
     const std::optional<compare::SideCells>& cells = side == OneSided::A ? row.a : row.b;
     if (!cells) {
-        out << "<td class=\"x\" colspan=\"" << kCellCount << "\"></td>";
+        out << R"(<td class="x" colspan=")" << kCellCount << "\"></td>";
         return;
     }
     for (std::size_t cell = 0; cell < kCellCount; ++cell) {
@@ -109,7 +109,7 @@ void WriteCompareCell(std::ostream& out, const compare::ResultRow& row) {
 }
 
 void WriteRow(std::ostream& out, const compare::ResultRow& row, std::size_t number) {
-    out << "<tr class=\"" << (row.mark.empty() ? 's' : 'd') << "\"><th scope=\"row\">" << number << "</th>";
+    out << "<tr class=\"" << (row.mark.empty() ? 's' : 'd') << R"("><th scope="row">)" << number << "</th>";
     WriteSide(out, row, OneSided::A);
     WriteCompareCell(out, row);
     WriteSide(out, row, OneSided::B);
@@ -145,7 +145,7 @@ void WriteTools(std::ostream& out, bool onlyDifferences, int differences) {
            "<button type=\"button\" id=\"next\" aria-keyshortcuts=\"F3\">다음 다른 곳 (F3)</button>"
            "<span id=\"place\" role=\"status\">"
         << (differences > 0 ? "– / " + std::to_string(differences) : "")
-        << "</span><label><input type=\"checkbox\" id=\"only\" autocomplete=\"off\""
+        << R"(</span><label><input type="checkbox" id="only" autocomplete="off")"
         << (onlyDifferences ? " checked" : "") << "> 틀린 자료만 보기</label></div>\n";
 }
 
