@@ -19,6 +19,11 @@ if(MSVC)
   target_compile_options(tavrel-options INTERFACE /utf-8 /W4 /permissive-)
 else()
   target_compile_options(tavrel-options INTERFACE -Wall -Wextra -Wpedantic -Werror)
+  if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
+    # GCC 12 sees these in std::string and std::variant where they are not.
+    target_compile_options(tavrel-options INTERFACE
+      -Wno-restrict -Wno-stringop-overread -Wno-free-nonheap-object)
+  endif()
 endif()
 if(TAVREL_SANITIZE)
   target_compile_options(tavrel-options INTERFACE
