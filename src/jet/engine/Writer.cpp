@@ -178,6 +178,11 @@ std::unique_ptr<TableWriter> Writer::Append(const std::string& table) {
     }
 }
 
+void Writer::Release(PageNumber table) {
+    open_.erase(table);
+    catalog_.Forget();
+}
+
 void Writer::Flush() {
     if (Context().broken) {
         ThrowDamaged("앞선 쓰기가 도중에 실패함");

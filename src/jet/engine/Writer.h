@@ -37,7 +37,8 @@ class Writer {
     [[nodiscard]] WriteContext& Context() { return edits_.Context(); }
     /// Name of the table at a definition page; empty when there is none.
     [[nodiscard]] std::string TableName(PageNumber page) const;
-    void Release(PageNumber table) { open_.erase(table); }
+    /// A table's writer is done: its counts and indexes have changed.
+    void Release(PageNumber table);
 
   private:
     struct ObjectPlace {
