@@ -103,6 +103,10 @@ constexpr ErrorText kTable[] = {
     {3122, "지정한 식 '|1'이(가) 집계 함수의 일부로 들어 있지 않은 쿼리를 실행하려고 했습니다.",
      "You tried to execute a query that does not include the specified expression '|1' as part of an "
      "aggregate function."},
+    {3125,
+     "'|1'은(는) 올바른 이름이 아닙니다. 마침표, 느낌표 같은 문자가 없고 너무 길지 않은지 확인하십시오.",
+     "'|1' is not a valid name.  Make sure that it does not include invalid characters or punctuation and "
+     "that it is not too long."},
     {3127,
      "INSERT INTO 문에 알 수 없는 필드 이름 '|1'이(가) 있습니다. 이름이 올바른지 확인하고 다시 시도하십시오.",
      "The INSERT INTO statement contains the following unknown field name: '|1'.  Make sure you have typed "
@@ -146,7 +150,10 @@ constexpr ErrorText kTable[] = {
      "The SQL statement could not be executed because it contains ambiguous outer joins."},
     {3261, "컴퓨터 '|3'의 사용자 '|2'이(가) '|1' 테이블을 단독으로 잠갔습니다.",
      "Table '|1' is exclusively locked by user '|2' on machine '|3'."},
+    {3264, "정의된 필드가 없어 테이블이나 인덱스를 추가할 수 없습니다.",
+     "No field defined--cannot append TableDef or Index."},
     {3265, "이 컬렉션에 해당 항목이 없습니다.", "Item not found in this collection."},
+    {3277, "인덱스에는 필드를 10개까지만 둘 수 있습니다.", "Cannot have more than 10 fields in an index."},
     {3280, "인덱스의 일부이거나 시스템에 필요한 필드는 삭제할 수 없습니다.",
      "Cannot delete a field that is part of an index or is needed by the system."},
     {3281, "이 인덱스 또는 테이블을 삭제할 수 없습니다. 현재 인덱스이거나 관계에 사용되고 있습니다.",
