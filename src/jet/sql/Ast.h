@@ -56,8 +56,9 @@ enum class BinaryOperator : std::uint8_t {
 struct Expression {
     ExpressionKind kind = ExpressionKind::Literal;
     BinaryOperator op = BinaryOperator::Or;
-    bool negated = false;  ///< the NOT of IS NULL, LIKE, BETWEEN, IN
-    unsigned depth = 1;    ///< of the tree below, itself included
+    bool negated = false;     ///< the NOT of IS NULL, LIKE, BETWEEN, IN
+    bool holdsQuery = false;  ///< a query stands somewhere below
+    unsigned depth = 1;       ///< of the tree below, itself included
     Value literal;
     std::string qualifier;                               ///< empty when none was written
     std::string name;                                    ///< of a column; of a function in upper case

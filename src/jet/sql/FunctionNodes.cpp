@@ -9,8 +9,6 @@ namespace tavrel::jet::sql {
 
 namespace {
 
-constexpr std::string_view kArgumentCount = "함수의 인수 개수가 잘못됨";
-
 const Function* FindFunction(std::string_view name) {
     for (const auto& table : {TextFunctions(), NumberFunctions(), DateFunctions()}) {
         const auto found = std::ranges::find(table, name, &Function::name);

@@ -32,8 +32,11 @@ void AppendDouble(double number, ByteVector& out) {
 /// Tells decimals apart whose nearest doubles are the same; 1.50 and 1.5 stay equal.
 void AppendExactly(const Decimal& decimal, ByteVector& out) {
     const std::string text = DecimalText(decimal);
-    const std::size_t end =
-        text.find('.') == std::string::npos ? text.size() : text.find_last_not_of("0.") + 1;
+    std::size_t end = text.size();
+    if (text.find('.') != std::string::npos) {
+        end = text.find_last_not_of('0') + 1;
+        end -= text[end - 1] == '.' ? 1 : 0;
+    }
     out.insert(out.end(), text.begin(), text.begin() + static_cast<std::ptrdiff_t>(end));
     AppendU8(out, 0);
 }

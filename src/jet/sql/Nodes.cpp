@@ -8,7 +8,9 @@ namespace tavrel::jet::sql {
 const Value kNullValue = Null{};
 
 void Cell::Load() {
-    if (column_ == kRowId) {
+    if (reader_ == nullptr) {
+        own_ = Null{};  // no row yet
+    } else if (column_ == kRowId) {
         own_ = static_cast<std::int64_t>(reader_->Id());
     } else {
         reader_->Get(column_, own_);

@@ -11,7 +11,6 @@ namespace tavrel::jet::sql {
 namespace {
 
 constexpr unsigned kMaxDepth = 1000;
-constexpr std::string_view kDateSyntax = "날짜의 구문 오류";
 
 struct OperatorSymbol {
     std::string_view symbol;
@@ -63,7 +62,9 @@ ExpressionPtr Parser::ParseOneExpression(std::int32_t error) {
 }
 
 ExpressionPtr Parser::Finish(ExpressionPtr node, std::size_t firstToken) const {
+    node->holdsQuery = node->query != nullptr;
     for (const ExpressionPtr& argument : node->arguments) {
+        node->holdsQuery |= argument->holdsQuery;
         node->depth = std::max(node->depth, argument->depth + 1);
     }
     if (node->depth > kMaxDepth) {

@@ -11,8 +11,6 @@ namespace tavrel::jet::sql {
 namespace {
 
 constexpr std::size_t kMaxLevel = 100;
-constexpr std::string_view kStringSyntax = "문자열의 구문 오류";
-constexpr std::string_view kMissingOperator = "구문 오류(연산자 없음)";
 
 /// Words that end an expression for the text of a message.
 constexpr auto kClauseWords = std::to_array<std::string_view>(

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string_view>
 
 namespace tavrel::jet::sql::sqlErrors {
 
@@ -10,6 +11,7 @@ inline constexpr std::int32_t kDivisionByZero = 11;
 inline constexpr std::int32_t kNoTransaction = 3034;
 inline constexpr std::int32_t kTooComplex = 3035;
 inline constexpr std::int32_t kMissingParameter = 3061;
+inline constexpr std::int32_t kNotUpdateableQuery = 3073;
 inline constexpr std::int32_t kInExpression = 3075;  ///< "|1 in query expression '|2'"
 inline constexpr std::int32_t kAmbiguousName = 3079;
 inline constexpr std::int32_t kUnknownFunction = 3085;
@@ -33,6 +35,7 @@ inline constexpr std::int32_t kInCreateIndex = 3291;
 inline constexpr std::int32_t kInFieldDefinition = 3292;
 inline constexpr std::int32_t kInAlterTable = 3293;
 inline constexpr std::int32_t kInDrop = 3295;
+inline constexpr std::int32_t kSubqueryColumns = 3306;
 inline constexpr std::int32_t kUnionColumns = 3307;
 inline constexpr std::int32_t kValueCount = 3346;
 inline constexpr std::int32_t kNumberOverflow = 3349;
@@ -45,3 +48,13 @@ inline constexpr std::int32_t kInTransaction = 3708;
 inline constexpr std::int32_t kBothNulls = 3806;
 
 }  // namespace tavrel::jet::sql::sqlErrors
+
+namespace tavrel::jet::sql {
+
+// What can be wrong with an expression: the first argument of 3075.
+inline constexpr std::string_view kMissingOperator = "구문 오류(연산자 없음)";
+inline constexpr std::string_view kStringSyntax = "문자열의 구문 오류";
+inline constexpr std::string_view kDateSyntax = "날짜의 구문 오류";
+inline constexpr std::string_view kArgumentCount = "함수의 인수 개수 오류";
+
+}  // namespace tavrel::jet::sql

@@ -38,7 +38,8 @@ struct TableIndex {
     std::vector<Part> parts;
     bool unique = false;
     bool primary = false;
-    bool ignoresNulls = false;  ///< rows with a Null in the key are not in the index
+    bool ignoresNulls = false;       ///< rows with a Null in the key are not in the index
+    std::uint64_t distinctKeys = 0;  ///< roughly, for choosing between ways; 0 = not known
 };
 
 /// Keys wanted from an index: the first parts equal to `equal`, the next part within the bounds.  The bounds

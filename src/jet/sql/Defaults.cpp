@@ -1,0 +1,53 @@
+#include "jet/sql/Defaults.h"
+
+#include "jet/sql/Binder.h"
+#include "jet/sql/Parser.h"
+#include "jet/sql/SqlErrors.h"
+#include "text/Case.h"
+
+namespace tavrel::jet::sql {
+
+namespace {
+
+std::string_view WithoutEqualsSign(std::string_view text) {
+    const std::size_t first = text.find_first_not_of(" \t\r\n");
+    if (first != std::string_view::npos && text[first] == '=') {
+        text.remove_prefix(first + 1);
+    }
+    return text;
+}
+
+}  // namespace
+
+NodePtr CompileDefault(Context& context, std::string_view text, std::string_view column) {
+    ExpressionPtr expression;
+    try {
+        expression = ParseDefault(WithoutEqualsSign(text));
+    } catch (const Error&) {
+        throw MakeError(sqlErrors::kDefaultSyntax, {}, text);
+    }
+    if (expression->holdsQuery) {
+        throw MakeError(sqlErrors::kDefaultSyntax, {}, text);
+    }
+    if (expression->kind == ExpressionKind::Column && expression->qualifier.empty()) {
+        expression->kind = ExpressionKind::Function;
+        expression->name = text::Upper(expression->name);
+    }
+    Context own{context.workspace, 0, {}};
+    Scope nothing;
+    NodePtr node;
+    try {
+        node = Binder(own, nothing).Bind(*expression);
+    } catch (const Error& error) {
+        if (error.Number() != sqlErrors::kUnknownFunction && error.Number() != sqlErrors::kAggregateInWhere) {
+            throw;
+        }
+        throw MakeError(sqlErrors::kUnknownDefaultFunction, {expression->source, column});
+    }
+    if (!own.missingNames.empty()) {
+        throw MakeError(sqlErrors::kUnknownDefaultFunction, {own.missingNames.front(), column});
+    }
+    return node;
+}
+
+}  // namespace tavrel::jet::sql

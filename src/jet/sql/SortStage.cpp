@@ -1,0 +1,127 @@
+#include <algorithm>
+#include <bit>
+#include <cstring>
+
+#include "jet/sql/OutputStages.h"
+
+namespace tavrel::jet::sql {
+
+namespace {
+
+class SortStage : public OutputStage {
+  public:
+    SortStage(OutputStagePtr rows, KeyWriter key, std::size_t columns, std::optional<Top> top)
+        : rows_(std::move(rows)), key_(std::move(key)), columns_(columns), top_(top) {}
+
+    void Open() override {
+        entries_.clear();
+        keys_.clear();
+        chunks_.clear();
+        next_ = 0;
+        for (rows_->Open(); rows_->Next();) {
+            Keep();
+        }
+        const auto less = [this](const Entry& a, const Entry& b) { return Less(a, b); };
+        const std::size_t wanted = Wanted();
+        if (wanted < entries_.size() / 2) {
+            std::partial_sort(entries_.begin(), entries_.begin() + static_cast<std::ptrdiff_t>(wanted),
+                              entries_.end(), less);
+            CutBehind(wanted, false);
+        } else {
+            std::ranges::sort(entries_, less);
+            CutBehind(wanted, true);
+        }
+    }
+
+    bool Next() override { return next_ < entries_.size() && ++next_ != 0; }
+    const Value& Output(std::size_t column) override { return RowAt(entries_[next_ - 1].row)[column]; }
+
+  private:
+    static constexpr std::size_t kChunkRows = 1024;
+
+    struct Entry {
+        std::uint64_t front;  ///< the key's first bytes, as a number of the same order
+        std::uint64_t start;
+        std::uint32_t length;
+        std::uint32_t row;
+    };
+
+    [[nodiscard]] const Value* RowAt(std::size_t row) const {
+        return chunks_[row / kChunkRows].get() + row % kChunkRows * columns_;
+    }
+
+    void Keep() {
+        const ByteView key = key_.Write();
+        Entry entry{0, keys_.size(), static_cast<std::uint32_t>(key.size()),
+                    static_cast<std::uint32_t>(entries_.size())};
+        for (std::size_t i = 0; i < sizeof entry.front; ++i) {
+            entry.front = entry.front << 8 | (i < key.size() ? key[i] : 0U);
+        }
+        AppendBytes(keys_, key);
+        const std::size_t place = entry.row % kChunkRows;
+        if (place == 0) {
+            chunks_.push_back(std::make_unique<Value[]>(kChunkRows * columns_));
+        }
+        Value* values = chunks_.back().get() + place * columns_;
+        for (std::size_t column = 0; column < columns_; ++column) {
+            values[column] = rows_->Output(column);
+        }
+        entries_.push_back(entry);
+    }
+
+    [[nodiscard]] int Compare(const Entry& a, const Entry& b) const {
+        if (a.front != b.front) {
+            return a.front < b.front ? -1 : 1;
+        }
+        const std::size_t common = std::min(a.length, b.length);
+        const int order =
+            common == 0 ? 0 : std::memcmp(keys_.data() + a.start, keys_.data() + b.start, common);
+        return order != 0 ? order : a.length < b.length ? -1 : a.length > b.length ? 1 : 0;
+    }
+    [[nodiscard]] bool Less(const Entry& a, const Entry& b) const {
+        const int order = Compare(a, b);
+        return order != 0 ? order < 0 : a.row < b.row;
+    }
+
+    [[nodiscard]] std::size_t Wanted() const {
+        if (!top_) {
+            return entries_.size();
+        }
+        const std::uint64_t wanted = top_->percent ? (entries_.size() * top_->count + 99) / 100 : top_->count;
+        return static_cast<std::size_t>(std::min<std::uint64_t>(wanted, entries_.size()));
+    }
+
+    /// Rows equal to the last one wanted are not torn from it.  `sorted`: all entries are, else only the
+    /// wanted ones.
+    void CutBehind(std::size_t wanted, bool sorted) {
+        if (wanted == 0 || key_.Empty()) {
+            entries_.resize(wanted);
+            return;
+        }
+        const Entry last = entries_[wanted - 1];
+        const auto start = entries_.begin() + static_cast<std::ptrdiff_t>(wanted);
+        const auto ties = std::partition(start, entries_.end(),
+                                         [&](const Entry& entry) { return Compare(entry, last) == 0; });
+        entries_.erase(ties, entries_.end());
+        if (!sorted || ties != start) {
+            std::sort(start, entries_.end(), [](const Entry& a, const Entry& b) { return a.row < b.row; });
+        }
+    }
+
+    OutputStagePtr rows_;
+    KeyWriter key_;
+    std::size_t columns_;
+    std::optional<Top> top_;
+    std::vector<Entry> entries_;
+    ByteVector keys_;
+    std::vector<std::unique_ptr<Value[]>> chunks_;
+    std::size_t next_ = 0;
+};
+
+}  // namespace
+
+OutputStagePtr MakeSort(OutputStagePtr rows, KeyWriter key, std::size_t columns, std::optional<Top> top) {
+    return std::make_unique<SortStage>(std::move(rows), std::move(key), columns, top);
+}
+
+}  // namespace tavrel::jet::sql
