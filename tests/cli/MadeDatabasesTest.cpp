@@ -70,10 +70,12 @@ TEST_F(Demo, CompareOptionsDoWhatTheySay) {
     for (const json& row : both["rows"]) {
         EXPECT_FALSE(row["a"].is_null() || row["b"].is_null()) << row;
     }
-    for (const json& row : Compare({"--only-differences"}, 1)["rows"]) {
+    const json different = Compare({"--only-differences"}, 1);
+    for (const json& row : different["rows"]) {
         EXPECT_EQ(row["mark"], "!") << row;
     }
-    for (const json& row : Compare({"--index-only", "--both-only"}, 1)["rows"]) {
+    const json indexes = Compare({"--index-only", "--both-only"}, 1);
+    for (const json& row : indexes["rows"]) {
         for (const json& name : row["red"]) {
             EXPECT_THAT((std::set<std::string>{"P", "F", "I"}), ::testing::Contains(name)) << row;
         }
