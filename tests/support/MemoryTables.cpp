@@ -264,7 +264,11 @@ std::int32_t MemoryDatabase::Failure(std::string_view statement) {
 }
 
 MemoryTable& MemoryDatabase::Table(std::string_view name) {
-    return *tables_.at(text::Upper(name));
+    const auto found = tables_.find(text::Upper(name));
+    if (found == tables_.end()) {
+        throw MakeError(3371);
+    }
+    return *found->second;
 }
 
 void MemoryDatabase::ForgetCounts() {
@@ -310,7 +314,7 @@ void MemoryDatabase::AddColumn(const std::string& table, const ColumnDefinition&
     changed.columns.push_back(ColumnOf(column));
     for (auto& row : changed.rows) {
         if (row) {
-            row->push_back(Null{});
+            row->emplace_back();
         }
     }
 }

@@ -1,5 +1,7 @@
 #include "jet/sql/Defaults.h"
 
+#include <charconv>
+
 #include "jet/sql/Binder.h"
 #include "jet/sql/Parser.h"
 #include "jet/sql/SqlErrors.h"
@@ -17,9 +19,29 @@ std::string_view WithoutEqualsSign(std::string_view text) {
     return text;
 }
 
+/// Whole numbers and quoted texts, which nearly all defaults are: rows are inserted one by one, and each asks
+/// for them.
+std::optional<Value> PlainDefault(std::string_view text) {
+    std::int32_t number = 0;
+    const char* const end = text.data() + text.size();
+    if (const auto result = std::from_chars(text.data(), end, number);
+        result.ec == std::errc{} && result.ptr == end) {
+        return std::int64_t{number};
+    }
+    const bool quoted =
+        text.size() >= 2 && (text.front() == '"' || text.front() == '\'') && text.back() == text.front();
+    const std::string_view inside = quoted ? text.substr(1, text.size() - 2) : text;
+    return quoted && inside.find(text.front()) == std::string_view::npos
+               ? std::optional<Value>(std::string(inside))
+               : std::nullopt;
+}
+
 }  // namespace
 
 NodePtr CompileDefault(Context& context, std::string_view text, std::string_view column) {
+    if (auto plain = PlainDefault(text)) {
+        return MakeConstant(std::move(*plain));
+    }
     ExpressionPtr expression;
     try {
         expression = ParseDefault(WithoutEqualsSign(text));

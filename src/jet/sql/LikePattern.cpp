@@ -10,14 +10,22 @@ namespace tavrel::jet::sql {
 
 namespace {
 
-std::u32string UpperCharacters(std::string_view text) {
+void SplitUpper(std::string_view text, std::u32string& characters) {
+    characters.clear();
+    for (const char c : text) {
+        if ((static_cast<unsigned char>(c) & 0x80) != 0) {
+            characters.clear();
+            break;
+        }
+        characters.push_back(static_cast<char32_t>(c >= 'a' && c <= 'z' ? c - 'a' + 'A' : c));
+    }
+    if (!characters.empty() || text.empty()) {
+        return;
+    }
     const std::string upper = text::Upper(text);
-    std::u32string characters;
-    characters.reserve(upper.size());
     for (std::size_t at = 0; at < upper.size();) {
         characters.push_back(text::NextCodePoint(upper, at));
     }
-    return characters;
 }
 
 }  // namespace
@@ -32,7 +40,8 @@ bool LikePattern::Element::Accepts(char32_t c) const {
 }
 
 LikePattern::LikePattern(std::string_view pattern) : source_(pattern) {
-    const std::u32string upper = UpperCharacters(pattern);
+    std::u32string upper;
+    SplitUpper(pattern, upper);
     for (std::size_t at = 0; at < upper.size();) {
         if (upper[at] == U'[' && upper.find(U']', at) != std::u32string::npos) {
             at = ReadSet(upper, at + 1);
@@ -68,17 +77,17 @@ std::size_t LikePattern::ReadSet(std::u32string_view upper, std::size_t at) {
 
 /// When a character does not fit, the last % takes one more: no earlier one ever has to.
 bool LikePattern::Matches(std::string_view text) const {
-    const std::u32string characters = UpperCharacters(text);
+    SplitUpper(text, characters_);
     constexpr std::size_t kNone = static_cast<std::size_t>(-1);
     std::size_t element = 0;
     std::size_t at = 0;
     std::size_t lastRun = kNone;
     std::size_t runEnd = 0;
-    while (at < characters.size()) {
+    while (at < characters_.size()) {
         if (element < elements_.size() && elements_[element].kind == Element::Kind::Run) {
             lastRun = element++;
             runEnd = at;
-        } else if (element < elements_.size() && elements_[element].Accepts(characters[at])) {
+        } else if (element < elements_.size() && elements_[element].Accepts(characters_[at])) {
             ++element;
             ++at;
         } else if (lastRun != kNone) {

@@ -8,6 +8,7 @@
 
 namespace tavrel::jet::sql {
 
+/// Not for use from several threads at once.
 class LikePattern {
   public:
     explicit LikePattern(std::string_view pattern);
@@ -29,6 +30,7 @@ class LikePattern {
 
     std::string source_;
     std::vector<Element> elements_;
+    mutable std::u32string characters_;  ///< of the text being matched: kept for its room
 };
 
 }  // namespace tavrel::jet::sql

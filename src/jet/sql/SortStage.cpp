@@ -17,20 +17,17 @@ class SortStage : public OutputStage {
         entries_.clear();
         keys_.clear();
         chunks_.clear();
+        keptRows_ = 0;
         next_ = 0;
+        bar_.clear();
+        pruneAt_ = kFirstPrune;
         for (rows_->Open(); rows_->Next();) {
             Keep();
+            if (top_ && !top_->percent && entries_.size() >= pruneAt_) {
+                Prune();
+            }
         }
-        const auto less = [this](const Entry& a, const Entry& b) { return Less(a, b); };
-        const std::size_t wanted = Wanted();
-        if (wanted < entries_.size() / 2) {
-            std::partial_sort(entries_.begin(), entries_.begin() + static_cast<std::ptrdiff_t>(wanted),
-                              entries_.end(), less);
-            CutBehind(wanted, false);
-        } else {
-            std::ranges::sort(entries_, less);
-            CutBehind(wanted, true);
-        }
+        Finish(Wanted());
     }
 
     bool Next() override { return next_ < entries_.size() && ++next_ != 0; }
@@ -38,6 +35,7 @@ class SortStage : public OutputStage {
 
   private:
     static constexpr std::size_t kChunkRows = 1024;
+    static constexpr std::size_t kFirstPrune = 4096;
 
     struct Entry {
         std::uint64_t front;  ///< the key's first bytes, as a number of the same order
@@ -52,8 +50,10 @@ class SortStage : public OutputStage {
 
     void Keep() {
         const ByteView key = key_.Write();
-        Entry entry{0, keys_.size(), static_cast<std::uint32_t>(key.size()),
-                    static_cast<std::uint32_t>(entries_.size())};
+        if (!bar_.empty() && std::ranges::lexicographical_compare(bar_, key)) {
+            return;
+        }
+        Entry entry{0, keys_.size(), static_cast<std::uint32_t>(key.size()), keptRows_++};
         for (std::size_t i = 0; i < sizeof entry.front; ++i) {
             entry.front = entry.front << 8 | (i < key.size() ? key[i] : 0U);
         }
@@ -67,6 +67,31 @@ class SortStage : public OutputStage {
             values[column] = rows_->Output(column);
         }
         entries_.push_back(entry);
+    }
+
+    /// Of many rows only few are wanted: the others go, and rows behind the last wanted one are not even
+    /// kept.
+    void Prune() {
+        const std::size_t wanted = Wanted();
+        if (wanted > 0 && wanted < entries_.size() / 2 && !key_.Empty()) {
+            Finish(wanted);
+            const Entry& last = entries_[wanted - 1];
+            bar_.assign(keys_.begin() + static_cast<std::ptrdiff_t>(last.start),
+                        keys_.begin() + static_cast<std::ptrdiff_t>(last.start + last.length));
+        }
+        pruneAt_ = 2 * entries_.size() + kFirstPrune;
+    }
+
+    /// Sorts what is wanted, and cuts off the rest.
+    void Finish(std::size_t wanted) {
+        const auto less = [this](const Entry& a, const Entry& b) { return Less(a, b); };
+        if (wanted < entries_.size() / 2) {
+            std::partial_sort(entries_.begin(), entries_.begin() + static_cast<std::ptrdiff_t>(wanted),
+                              entries_.end(), less);
+        } else {
+            std::ranges::sort(entries_, less);
+        }
+        CutBehind(wanted);
     }
 
     [[nodiscard]] int Compare(const Entry& a, const Entry& b) const {
@@ -91,9 +116,8 @@ class SortStage : public OutputStage {
         return static_cast<std::size_t>(std::min<std::uint64_t>(wanted, entries_.size()));
     }
 
-    /// Rows equal to the last one wanted are not torn from it.  `sorted`: all entries are, else only the
-    /// wanted ones.
-    void CutBehind(std::size_t wanted, bool sorted) {
+    /// Rows equal to the last one wanted are not torn from it.
+    void CutBehind(std::size_t wanted) {
         if (wanted == 0 || key_.Empty()) {
             entries_.resize(wanted);
             return;
@@ -103,9 +127,7 @@ class SortStage : public OutputStage {
         const auto ties = std::partition(start, entries_.end(),
                                          [&](const Entry& entry) { return Compare(entry, last) == 0; });
         entries_.erase(ties, entries_.end());
-        if (!sorted || ties != start) {
-            std::sort(start, entries_.end(), [](const Entry& a, const Entry& b) { return a.row < b.row; });
-        }
+        std::sort(start, entries_.end(), [](const Entry& a, const Entry& b) { return a.row < b.row; });
     }
 
     OutputStagePtr rows_;
@@ -115,6 +137,9 @@ class SortStage : public OutputStage {
     std::vector<Entry> entries_;
     ByteVector keys_;
     std::vector<std::unique_ptr<Value[]>> chunks_;
+    std::uint32_t keptRows_ = 0;
+    ByteVector bar_;  ///< the key of the last row wanted so far; empty: none
+    std::size_t pruneAt_ = 0;
     std::size_t next_ = 0;
 };
 

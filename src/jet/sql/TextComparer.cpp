@@ -1,6 +1,7 @@
 #include "jet/sql/TextComparer.h"
 
 #include <algorithm>
+#include <cstring>
 
 #include "jet/index/Collation.h"
 #include "jet/index/KeyEncoder.h"
@@ -50,6 +51,31 @@ void AppendStandInWeight(ByteVector& out, char16_t unit) {
     AppendSpelled(out, upper.size() == 1 ? upper.front() : unit);
 }
 
+/// Bytes that both begin with, whole characters only.
+std::size_t EqualFront(std::string_view a, std::string_view b) {
+    const std::size_t limit = std::min(a.size(), b.size());
+    std::size_t front = 0;
+    std::uint64_t wordA = 0;
+    std::uint64_t wordB = 0;
+    for (; front + sizeof wordA <= limit; front += sizeof wordA) {
+        std::memcpy(&wordA, a.data() + front, sizeof wordA);
+        std::memcpy(&wordB, b.data() + front, sizeof wordB);
+        if (wordA != wordB) {
+            break;
+        }
+    }
+    while (front < limit && a[front] == b[front]) {
+        ++front;
+    }
+    const auto insideCharacter = [](std::string_view text, std::size_t at) {
+        return at < text.size() && (static_cast<unsigned char>(text[at]) & 0xC0) == 0x80;
+    };
+    while (front > 0 && (insideCharacter(a, front) || insideCharacter(b, front))) {
+        --front;
+    }
+    return front;
+}
+
 }  // namespace
 
 TextComparer::TextComparer(std::uint16_t sortOrder)
@@ -66,8 +92,9 @@ TextComparer::TextComparer(std::uint16_t sortOrder)
 int TextComparer::Compare(std::string_view a, std::string_view b) const {
     a = WithoutTrailingBlanks(a);
     b = WithoutTrailingBlanks(b);
-    std::size_t atA = 0;
-    std::size_t atB = 0;
+    // An equal front weighs the same in both, unless its last character makes one weight with the next.
+    std::size_t atA = contractionStarts_.empty() ? EqualFront(a, b) : 0;
+    std::size_t atB = atA;
     while (atA < a.size() && atB < b.size()) {
         const SimpleWeight weightA = WeightOf(TakeCharacter(a, atA));
         const SimpleWeight weightB = WeightOf(TakeCharacter(b, atB));

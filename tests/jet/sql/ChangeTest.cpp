@@ -78,7 +78,7 @@ TEST_F(Change, UpdatesThroughAJoin) {
     EXPECT_EQ(All("name"), "eins;zwei;");
     EXPECT_EQ(database.Affect("UPDATE t LEFT JOIN u ON t.id = u.id SET u.name = 'x' WHERE u.id IS NOT NULL"),
               2);
-    EXPECT_EQ(database.Affect("UPDATE t, u SET t.n = 1, u.id = 1"), -3073);
+    EXPECT_EQ(database.Affect("UPDATE t INNER JOIN u ON t.id = u.id SET t.n = 1, u.id = 1"), -3073);
 }
 
 TEST_F(Change, FailuresLeaveEverythingAsItWas) {

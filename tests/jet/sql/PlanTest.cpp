@@ -76,9 +76,21 @@ TEST_F(Plans, JoinWithoutNestedScans) {
         4000U);
     EXPECT_LE(Reads("SELECT COUNT(*) FROM small RIGHT JOIN big ON small.id = big.grp", "2000"), 2000U);
     EXPECT_LE(Reads("SELECT COUNT(*) FROM small s INNER JOIN big b ON s.title = 't' & b.id", "40"), 2000U);
-    EXPECT_EQ(Reads("SELECT COUNT(*) FROM small, big WHERE small.id = big.id AND small.id < 3", "3"), 40U);
+    EXPECT_EQ(Reads("SELECT COUNT(*) FROM small, big WHERE small.id = big.id AND small.id < 3", "3"), 3U);
     EXPECT_EQ(Reads("SELECT COUNT(*) FROM small LEFT JOIN big ON small.id = big.id AND big.grp > 10", "40"),
               40U);
+}
+
+TEST_F(Plans, KeepTheTopOfManyRowsAndItsEquals) {
+    Reads("SELECT TOP 3 big.id, small.id FROM big, small ORDER BY big.id DESC, small.id",
+          "1999|0;1999|1;1999|2");
+    Reads(
+        "SELECT COUNT(*), MIN(g) FROM (SELECT TOP 1 big.grp AS g FROM big, small ORDER BY big.grp DESC) AS x",
+        "1600|49");
+    Reads(
+        "SELECT COUNT(*), MIN(g) FROM (SELECT TOP 10 PERCENT big.grp AS g FROM big, small ORDER BY grp DESC) "
+        "AS x",
+        "8000|45");
 }
 
 TEST_F(Plans, StopAtTheLimitOfVisits) {

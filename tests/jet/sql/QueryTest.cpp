@@ -107,7 +107,7 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(
         Answer{"SELECT COUNT(*), COUNT(qty), SUM(qty), AVG(qty), MIN(qty), MAX(name), SUM(cost), "
                "FIRST(code), LAST(code) FROM item",
-               "4|3|45|15|5|apple  |6.5833|0001|A1"},
+               "4|3|45|15|5|Pear|6.5833|0001|A1"},
         Answer{"SELECT COUNT(*), MAX(qty), SUM(qty) FROM item WHERE code = 'none'", "0|~|~"},
         Answer{"SELECT MAX(LEFT(code, 3)) FROM item WHERE LEN(code) = 4 AND ISNUMERIC(code)", "001"},
         Answer{"SELECT grp, COUNT(*), SUM(qty) FROM item GROUP BY grp", "~|1|5;1|2|10;2|1|30"},
