@@ -36,7 +36,7 @@ class IndexReader {
     PageNumber owner_;
     IndexPageContent leaf_;
     std::size_t place_ = 0;
-    ByteVector before_;  ///< the entry that Next left
+    ByteVector before_;           ///< the entry that Next left
     std::size_t leavesLeft_ = 0;  ///< a walk meets no more leaves than the file has pages
 };
 
