@@ -43,6 +43,7 @@ constexpr DamageCase kCatalogCases[] = {
     {"ace-missing", "", TakePermissions},
     {"property-blob", "magic", [](S& s) { s.At(Properties(s)) ^= 1; }},
     {"property-blob", "cut", [](S& s) { s.Put(Properties(s) + 4, 4, 0x7FFF); }},
+    {"property-blob", "half a pair in a text", [](S& s) { s.Rename(Properties(s), "none", "none", 0xD8); }},
     {"property-column", "", [](S& s) { s.Rename(Properties(s), "Name", "Nome"); }},
 
     {"relation-object", "", [](S& s) { s.At(Object(s, "family", "Type")) = 6; }},

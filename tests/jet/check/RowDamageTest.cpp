@@ -35,6 +35,8 @@ constexpr DamageCase kDefinitionCases[] = {
     {"autonumber-step", "", [](S& s) { s.At(s.Definition("parents") + 0x18) = 2; }},
     {"column-numbers", "beyond the last", [](S& s) { s.At(s.ColumnRecord("parents", "Note") + 5) = 50; }},
     {"column-names", "", [](S& s) { s.Rename(s.Definition("parents"), "Note", "NAME"); }},
+    {"name-damaged", "column", [](S& s) { s.Rename(s.Definition("parents"), "Note", "Note", 0xD8); }},
+    {"name-damaged", "index", [](S& s) { s.Rename(s.Definition("parents"), "ByName", "ByName", 0xD8); }},
     {"column-length", "Long", [](S& s) { s.At(s.ColumnRecord("children", "Id") + 0x17) = 3; }},
     {"column-length", "Text", [](S& s) { s.At(s.ColumnRecord("children", "Note") + 0x17) = 81; }},
     {"autonumber-column", "a text", [](S& s) { s.At(s.ColumnRecord("children", "Note") + 0x0F) |= 4; }},

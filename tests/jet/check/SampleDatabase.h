@@ -94,14 +94,16 @@ class SampleDatabase {
         std::uint8_t& byte = At(Target(map) + 5 + page / 8);
         byte = static_cast<std::uint8_t>((byte & ~(1U << page % 8)) | (value ? 1U << page % 8 : 0U));
     }
-    /// Replaces a text by one of the same length, where it first stands in UTF-16 behind an offset.
-    void Rename(std::size_t from, std::string_view text, std::string_view by) {
+    /// Replaces a text by one of the same length, where it first stands in UTF-16 behind an offset; `high` is
+    /// the high byte of its first character.
+    void Rename(std::size_t from, std::string_view text, std::string_view by, std::uint8_t high = 0) {
         FileBytes wanted;
         for (const char c : text) {
             wanted.insert(wanted.end(), {static_cast<std::uint8_t>(c), 0});
         }
         auto at = std::search(bytes.begin() + static_cast<std::ptrdiff_t>(from), bytes.end(), wanted.begin(),
                               wanted.end());
+        *(at + 1) = high;
         for (const char c : by) {
             *at = static_cast<std::uint8_t>(c);
             at += 2;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <set>
 
+#include "jet/engine/check/LoneSurrogates.h"
 #include "jet/engine/check/Places.h"
 #include "text/Case.h"
 
@@ -108,6 +109,9 @@ void DefinitionCheck::CheckColumnNumbers() {
 void DefinitionCheck::CheckColumn(const Column& column) {
     if (!column.constantsRight) {
         log_.Add(FindingKind::DefinitionConstants, where_, {"필드 " + column.name});
+    }
+    if (HasLoneSurrogate(column.name)) {
+        log_.Add(FindingKind::NameDamaged, where_, {column.name});
     }
     if (!LengthFits(column)) {
         log_.Add(FindingKind::ColumnLength, where_, {column.name, Number(column.length)});

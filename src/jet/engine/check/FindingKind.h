@@ -47,6 +47,7 @@ enum class FindingKind {
     ColumnLimit,
     ColumnNumbers,
     ColumnNames,
+    NameDamaged,
     ColumnLength,
     AutonumberColumn,
     LongColumnFixed,

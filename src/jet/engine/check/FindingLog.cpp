@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "jet/engine/check/LoneSurrogates.h"
+
 namespace tavrel::jet {
 
 std::uint64_t CheckReport::Count(Finding::Severity severity) const {
@@ -33,13 +35,11 @@ std::string Fill(std::string_view text, std::initializer_list<std::string_view> 
     return out;
 }
 
-/// Names of a damaged file may hold surrogates without partner, in their three-byte form (ED A0..BF xx).
-/// Findings are for eyes and for JSON, so they become U+FFFD.
+/// Findings are for eyes and for JSON, so halves of surrogate pairs in damaged names become U+FFFD.
 std::string Readable(std::string text) {
-    for (std::size_t i = 0; i + 2 < text.size(); ++i) {
-        if (text[i] == '\xED' && static_cast<unsigned char>(text[i + 1]) >= 0xA0) {
-            text.replace(i, 3, "\xEF\xBF\xBD");
-        }
+    for (std::size_t at = FindLoneSurrogate(text); at != std::string::npos;
+         at = FindLoneSurrogate(text, at)) {
+        text.replace(at, 3, "\xEF\xBF\xBD");
     }
     return text;
 }

@@ -3,6 +3,7 @@
 
 #include <initializer_list>
 #include <string>
+#include <type_traits>
 #include <unordered_map>
 
 #include "jet/engine/check/FindingKind.h"
@@ -23,12 +24,17 @@ class FindingLog {
 };
 
 /// Runs one concern; an error that it throws becomes a finding, so that the others still get their turn.
-template <class Step>
-void Guard(FindingLog& log, FindingKind kind, const std::string& where, Step&& step) {
+/// `where`: a text, or a function that makes it when it is needed.
+template <class Where, class Step>
+void Guard(FindingLog& log, FindingKind kind, const Where& where, Step&& step) {
     try {
         step();
     } catch (const Error& error) {
-        log.Add(kind, where, {error.Description()});
+        if constexpr (std::is_invocable_v<Where>) {
+            log.Add(kind, where(), {error.Description()});
+        } else {
+            log.Add(kind, where, {error.Description()});
+        }
     }
 }
 

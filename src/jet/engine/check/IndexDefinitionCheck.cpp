@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <set>
 
+#include "jet/engine/check/LoneSurrogates.h"
 #include "jet/engine/check/Places.h"
 #include "jet/index/KeyEncoder.h"
 #include "text/Case.h"
@@ -121,6 +122,9 @@ void CheckIndexDefinitions(FindingLog& log, const std::string& where, const Tabl
         }
         if (!names.insert(text::Lower(index.name)).second) {
             log.Add(FindingKind::IndexNames, where, {index.name});
+        }
+        if (HasLoneSurrogate(index.name)) {
+            log.Add(FindingKind::NameDamaged, where, {index.name});
         }
         numbers.insert(index.number);
     }

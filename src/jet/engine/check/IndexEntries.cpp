@@ -52,7 +52,7 @@ void IndexEntries::Add(ByteView entry) {
     if (!rows_.IsReadable(row)) {
         return;
     }
-    Guard(log_, FindingKind::RowDamaged, RowPlaceText(where_, slot), [&] {
+    const auto step = [&] {
         const RowView view(shape_, reader_.Read(rows_.At(row)));
         const Nulls nulls = NullsOf(view);
         if (index_.Required() && nulls.any) {
@@ -60,7 +60,9 @@ void IndexEntries::Add(ByteView entry) {
         }
         CheckDuplicate(slot, LeafKey(entry), nulls.any);
         CheckKey(slot, view, LeafKey(entry));
-    });
+    };
+    Guard(
+        log_, FindingKind::RowDamaged, [&] { return RowPlaceText(where_, slot); }, step);
 }
 
 IndexEntries::Nulls IndexEntries::NullsOf(const RowView& view) const {
@@ -112,12 +114,12 @@ void IndexEntries::CheckKey(RowPointer slot, const RowView& view, ByteView key) 
             return;
         }
         if (!known) {
-            log_.Count("keys-with-unknown-weights");
+            ++unknownKeys_;
             return;
         }
         at += wanted->size();
     }
-    log_.Count("keys-compared");
+    ++comparedKeys_;
     if (at != key.size()) {
         log_.Add(FindingKind::KeyDiffers, where_, {PointerText(slot), text::Hex(key)});
     }
@@ -131,6 +133,11 @@ std::optional<ByteVector> IndexEntries::FetchLong(std::optional<ByteView> descri
     }
     longBudget_ -= length;
     return ReadLongValue(context_.pager, *descriptor);
+}
+
+void IndexEntries::ReportCounts() {
+    log_.Count("keys-compared", comparedKeys_);
+    log_.Count("keys-with-unknown-weights", unknownKeys_);
 }
 
 void IndexEntries::CheckRowsWithoutEntry() {

@@ -21,6 +21,8 @@ class IndexEntries {
     void Add(ByteView entry);
     /// REQUIRES: every entry has been added.  Rows that have no entry.
     void CheckRowsWithoutEntry();
+    /// How many keys were compared, and of how many the weights are not known.
+    void ReportCounts();
 
   private:
     struct KeyColumn {
@@ -50,6 +52,8 @@ class IndexEntries {
     ByteVector lastKey_;
     RowPointer lastRow_{};
     bool haveKey_ = false;
+    std::uint64_t comparedKeys_ = 0;
+    std::uint64_t unknownKeys_ = 0;
     std::uint64_t longBudget_;  ///< bytes of long values that may still be fetched
 };
 

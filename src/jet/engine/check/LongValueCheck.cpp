@@ -55,86 +55,93 @@ void LongValueCheck::TakePage(PageNumber page) {
 }
 
 void LongValueCheck::CheckValue(RowPointer row, ByteView descriptor) {
-    const std::string where = RowPlaceText(where_, row);
+    row_ = row;
     const std::uint32_t kind = U32(descriptor, 0) & ~kLongLengthMask;
     if (kind == kLongInline) {
-        CheckInline(where, row, descriptor);
+        CheckInline(descriptor);
     } else if (descriptor.size() != kDescriptorBytes || (kind != kLongOneRow && kind != 0)) {
-        context_.log.Add(FindingKind::LongDescriptor, where);
+        context_.log.Add(FindingKind::LongDescriptor, Where());
     } else if (kind == kLongOneRow) {
-        CheckOneRow(where, row, descriptor);
+        CheckOneRow(descriptor);
     } else {
-        CheckChain(where, descriptor);
+        CheckChain(descriptor);
     }
 }
 
-void LongValueCheck::CheckInline(const std::string& where, RowPointer row, ByteView descriptor) {
+std::string LongValueCheck::Where() const {
+    return RowPlaceText(where_, row_);
+}
+
+void LongValueCheck::CheckInline(ByteView descriptor) {
     context_.log.Count("long-values-inline");
     const std::size_t length = LongValueLength(descriptor);
     if (descriptor.size() != kDescriptorBytes + length || U64(descriptor, 4) != 0) {
-        context_.log.Add(FindingKind::LongDescriptor, where);
+        context_.log.Add(FindingKind::LongDescriptor, Where());
         return;
     }
-    CheckForm(where, row, descriptor.subspan(kDescriptorBytes), true, true);
+    CheckForm(descriptor.subspan(kDescriptorBytes), true, true);
 }
 
-void LongValueCheck::CheckOneRow(const std::string& where, RowPointer row, ByteView descriptor) {
+void LongValueCheck::CheckOneRow(ByteView descriptor) {
     context_.log.Count("long-values-one-row");
-    const std::optional<Part> part = TakePart(where, RowPointer::FromU32(U32(descriptor, 4)));
+    const std::optional<Part> part = TakePart(RowPointer::FromU32(U32(descriptor, 4)));
     if (!part) {
         return;
     }
     if (U32(descriptor, 8) != 0) {
-        context_.log.Add(FindingKind::LongDescriptor, where);
+        context_.log.Add(FindingKind::LongDescriptor, Where());
     }
     if (part->row.size() != LongValueLength(descriptor)) {
-        context_.log.Add(FindingKind::LongLength, where,
+        context_.log.Add(FindingKind::LongLength, Where(),
                          {Number(LongValueLength(descriptor)), Number(part->row.size())});
     }
-    CheckForm(where, row, part->row, column_.Compressed(), false);
+    CheckForm(part->row, column_.Compressed(), false);
 }
 
 /// A chain of which a part is used already is not followed further, so that all chains together cost no more
 /// than the column's pages.  Memos in chains are never compressed.
-void LongValueCheck::CheckChain(const std::string& where, ByteView descriptor) {
+void LongValueCheck::CheckChain(ByteView descriptor) {
     context_.log.Count("long-values-chain");
     std::uint64_t stored = 0;
     std::uint32_t mark = U32(descriptor, 8);
     bool compressed = false;
     RowPointer at = RowPointer::FromU32(U32(descriptor, 4));
     do {
-        const std::optional<Part> part = TakePart(where, at);
+        const std::optional<Part> part = TakePart(at);
         if (!part) {
             return;
         }
-        CheckChainPage(where, at.page, part->page, mark);
+        CheckChainPage(at.page, part->page, mark);
         const ByteView data = Slice(part->row, 4, part->row.size() < 4 ? 0 : part->row.size() - 4);
+        if (data.empty()) {
+            context_.log.Add(FindingKind::LongRow, Where(), {PointerText(at)});
+        }
         compressed |= stored == 0 && data.size() >= 2 && data[0] == 0xFF && data[1] == 0xFE;
         stored += data.size();
         mark = 0;
         at = RowPointer::FromU32(U32(part->row, 0));
     } while (at.ToU32() != 0);
     if (stored != LongValueLength(descriptor)) {
-        context_.log.Add(FindingKind::LongLength, where,
+        context_.log.Add(FindingKind::LongLength, Where(),
                          {Number(LongValueLength(descriptor)), Number(stored)});
     }
     if (column_.type == ColumnType::Memo && (compressed || stored % 2 != 0)) {
-        context_.log.Add(FindingKind::TextCompression, where, {column_.name});
+        context_.log.Add(FindingKind::TextCompression, Where(), {column_.name});
     }
-    CheckPlace(where, stored, false);
+    CheckPlace(stored, false);
 }
 
 /// Counts the use of a part; nothing when it cannot be used (again).
-std::optional<LongValueCheck::Part> LongValueCheck::TakePart(const std::string& where, RowPointer at) {
+std::optional<LongValueCheck::Part> LongValueCheck::TakePart(RowPointer at) {
     const auto page = std::lower_bound(pages_.begin(), pages_.end(), at.page);
     if (page == pages_.end() || *page != at.page) {
-        context_.log.Add(FindingKind::LongOutsideMap, where, {Number(at.page)});
+        context_.log.Add(FindingKind::LongOutsideMap, Where(), {Number(at.page)});
         return std::nullopt;
     }
     const auto index = static_cast<std::size_t>(page - pages_.begin());
     const std::size_t use = firstSlots_[index] + at.row;
     if (use >= firstSlots_[index + 1]) {
-        context_.log.Add(FindingKind::LongRow, where, {PointerText(at)});
+        context_.log.Add(FindingKind::LongRow, Where(), {PointerText(at)});
         return std::nullopt;
     }
     uses_[use] = std::min<std::uint8_t>(static_cast<std::uint8_t>(uses_[use] + 1), kManyUses);
@@ -144,42 +151,40 @@ std::optional<LongValueCheck::Part> LongValueCheck::TakePart(const std::string& 
     PageRef bytes = context_.pager.Read(at.page);
     const Slot slot = DataPageView(bytes).At(at.row);
     if (slot.flags != 0) {
-        context_.log.Add(FindingKind::LongRow, where, {PointerText(at)});
+        context_.log.Add(FindingKind::LongRow, Where(), {PointerText(at)});
         return std::nullopt;
     }
     return Part{std::move(bytes), slot.row};
 }
 
-void LongValueCheck::CheckChainPage(const std::string& where, PageNumber number, ByteView page,
-                                    std::uint32_t mark) {
+void LongValueCheck::CheckChainPage(PageNumber number, ByteView page, std::uint32_t mark) {
     const DataPageView view(page);
     if (view.SlotCount() != 1) {
-        context_.log.Add(FindingKind::LongChainRows, where, {Number(number), Number(view.SlotCount())});
+        context_.log.Add(FindingKind::LongChainRows, Where(), {Number(number), Number(view.SlotCount())});
     }
     if (view.ChainMark() != mark) {
-        context_.log.Add(FindingKind::LongChainMark, where, {Number(number)});
+        context_.log.Add(FindingKind::LongChainMark, Where(), {Number(number)});
     }
 }
 
-void LongValueCheck::CheckForm(const std::string& where, RowPointer row, ByteView stored, bool compress,
-                               bool inRow) {
+void LongValueCheck::CheckForm(ByteView stored, bool compress, bool inRow) {
     std::size_t bytes = stored.size();
     if (column_.type == ColumnType::Memo) {
         const TextFacts facts = ExamineText(stored, compress, TextKind::Memo);
         bytes = facts.plainBytes;
         if (facts.form == TextForm::Wrong) {
-            context_.log.Add(FindingKind::TextCompression, where, {column_.name});
+            context_.log.Add(FindingKind::TextCompression, Where(), {column_.name});
         } else if (facts.form == TextForm::NotCompressed) {
-            plainTexts_.Add(row);
+            plainTexts_.Add(row_);
         }
     }
-    CheckPlace(where, bytes, inRow);
+    CheckPlace(bytes, inRow);
 }
 
 /// Up to 64 bytes (memo: of plain text) are stored in the row, more never.
-void LongValueCheck::CheckPlace(const std::string& where, std::uint64_t bytes, bool inRow) {
+void LongValueCheck::CheckPlace(std::uint64_t bytes, bool inRow) {
     if (inRow != (bytes <= kLongMaxInline)) {
-        context_.log.Add(FindingKind::LongPlace, where, {Number(bytes), inRow ? "레코드 안" : "레코드 밖"});
+        context_.log.Add(FindingKind::LongPlace, Where(), {Number(bytes), inRow ? "레코드 안" : "레코드 밖"});
     }
 }
 

@@ -32,13 +32,15 @@ class LongValueCheck {
     };
 
     void TakePage(PageNumber page);
-    void CheckInline(const std::string& where, RowPointer row, ByteView descriptor);
-    void CheckOneRow(const std::string& where, RowPointer row, ByteView descriptor);
-    void CheckChain(const std::string& where, ByteView descriptor);
-    std::optional<Part> TakePart(const std::string& where, RowPointer at);
-    void CheckChainPage(const std::string& where, PageNumber number, ByteView page, std::uint32_t mark);
-    void CheckForm(const std::string& where, RowPointer row, ByteView stored, bool compress, bool inRow);
-    void CheckPlace(const std::string& where, std::uint64_t bytes, bool inRow);
+    void CheckInline(ByteView descriptor);
+    void CheckOneRow(ByteView descriptor);
+    void CheckChain(ByteView descriptor);
+    std::optional<Part> TakePart(RowPointer at);
+    void CheckChainPage(PageNumber number, ByteView page, std::uint32_t mark);
+    void CheckForm(ByteView stored, bool compress, bool inRow);
+    void CheckPlace(std::uint64_t bytes, bool inRow);
+
+    [[nodiscard]] std::string Where() const;
 
     Context& context_;
     const Column& column_;
@@ -49,6 +51,7 @@ class LongValueCheck {
         firstSlots_;                  ///< by page: place of its slot 0 in uses_; one more entry for the end
     std::vector<std::uint8_t> uses_;  ///< by slot, 2 = more than once
     PlainTextCount plainTexts_;
+    RowPointer row_{};  ///< of the present value
 };
 
 }  // namespace tavrel::jet::check

@@ -4,6 +4,7 @@
 #include <set>
 #include <unordered_map>
 
+#include "jet/engine/check/LoneSurrogates.h"
 #include "jet/engine/check/Places.h"
 #include "jet/storage/LongValue.h"
 
@@ -13,8 +14,9 @@ namespace {
 
 constexpr std::uint16_t kColumnKind = 1;
 
-/// What values of a type may measure.  Tools write Booleans and integers wider than their type says.
-bool LengthFits(const Property& property) {
+/// Whether a value fits its type.  Tools write Booleans and integers wider than their type says.  Throws 3428
+/// for a text of half characters.
+bool ValueFits(const Property& property) {
     const std::size_t length = property.value.size();
     switch (static_cast<ColumnType>(property.type)) {
         case ColumnType::Byte:
@@ -30,7 +32,7 @@ bool LengthFits(const Property& property) {
             return length == 8;
         case ColumnType::Text:
         case ColumnType::Memo:
-            return length % 2 == 0;
+            return !HasLoneSurrogate(property.AsText());
         default:
             return true;
     }
@@ -38,9 +40,12 @@ bool LengthFits(const Property& property) {
 
 void CheckValues(const PropertyBlob& blob) {
     for (const PropertyOwner& owner : blob.Owners()) {
+        if (HasLoneSurrogate(owner.name)) {
+            ThrowDamaged("속성의 필드 이름 " + owner.name);
+        }
         for (const Property& property : owner.properties) {
-            if (!LengthFits(property)) {
-                ThrowDamaged("속성 " + property.name + "의 값이 " + Number(property.value.size()) + "바이트");
+            if (!ValueFits(property) || HasLoneSurrogate(property.name)) {
+                ThrowDamaged("속성 " + property.name + "의 값 " + Number(property.value.size()) + "바이트");
             }
         }
     }
@@ -73,7 +78,8 @@ void CheckProperties(Context& context, const std::vector<CatalogObject>& objects
         if (object.properties.empty()) {
             continue;
         }
-        Guard(context.log, FindingKind::PropertyBlob, object.name, [&] {
+        const std::string where = "개체 " + object.name;
+        Guard(context.log, FindingKind::PropertyBlob, where, [&] {
             const std::uint64_t length = LongValueLength(object.properties);
             if (length > budget) {
                 ThrowDamaged("속성이 파일보다 김");
@@ -82,7 +88,7 @@ void CheckProperties(Context& context, const std::vector<CatalogObject>& objects
             const PropertyBlob blob = PropertyBlob::Parse(ReadLongValue(context.pager, object.properties));
             CheckValues(blob);
             if (const auto table = definitions.find(&object); table != definitions.end()) {
-                CheckColumns(context.log, object.name, blob, *table->second);
+                CheckColumns(context.log, where, blob, *table->second);
             }
         });
     }

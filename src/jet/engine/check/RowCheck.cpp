@@ -28,45 +28,50 @@ RowCheck::RowCheck(FindingLog& log, const std::string& table, const TableDefinit
 }
 
 bool RowCheck::Check(RowPointer slot, ByteView row) {
-    const std::string where = RowPlaceText(table_, slot);
-    if (!CheckFrame(where, row)) {
+    slot_ = slot;
+    if (!CheckFrame(row)) {
         return false;
     }
     const RowView view(shape_, row);
     const VariableBounds bounds = shape_.Bounds(view.ColumnCount());
-    if ((bounds.low > 0 || view.HasOffsets()) && !CheckOffsets(where, view, bounds)) {
+    if ((bounds.low > 0 || view.HasOffsets()) && !CheckOffsets(view, bounds)) {
         return false;
     }
-    CheckFixedPart(where, view, view.HasOffsets() ? view.VariableOffset(0) : view.OffsetTable());
-    log_.Count("rows-older-than-a-column", view.ColumnCount() < shape_.ColumnNumbers() ? 1 : 0);
-    log_.Count("rows-without-offset-table", view.HasOffsets() ? 0 : 1);
-    if (!CheckValues(where, slot, view)) {
+    CheckFixedPart(view, view.HasOffsets() ? view.VariableOffset(0) : view.OffsetTable());
+    olderRows_ += view.ColumnCount() < shape_.ColumnNumbers() ? 1 : 0;
+    rowsWithoutOffsets_ += view.HasOffsets() ? 0 : 1;
+    if (!CheckValues(view)) {
         return false;
     }
-    CheckLongValues(slot, view);
+    CheckLongValues(view);
     return true;
 }
 
-bool RowCheck::CheckFrame(const std::string& where, ByteView row) {
+/// Made only when there is something to tell.
+std::string RowCheck::Where() const {
+    return RowPlaceText(table_, slot_);
+}
+
+bool RowCheck::CheckFrame(ByteView row) {
     const std::size_t columns = row.size() < 2 ? 0 : U16(row, 0);
     if (columns == 0 || columns > shape_.ColumnNumbers() || row.size() < 2 + (columns + 7) / 8) {
-        log_.Add(FindingKind::RowColumnCount, where, {Number(columns)});
+        log_.Add(FindingKind::RowColumnCount, Where(), {Number(columns)});
         return false;
     }
     return true;
 }
 
-bool RowCheck::CheckOffsets(const std::string& where, const RowView& view, VariableBounds bounds) {
+bool RowCheck::CheckOffsets(const RowView& view, VariableBounds bounds) {
     const unsigned count = view.VariableCount();
     if (count < bounds.low || count > bounds.high) {
-        log_.Add(FindingKind::RowVariableCount, where, {Number(count)});
+        log_.Add(FindingKind::RowVariableCount, Where(), {Number(count)});
         return false;
     }
     unsigned before = 0;
     for (unsigned i = 0; i <= count; ++i) {
         const unsigned offset = view.VariableOffset(i);
         if (offset < before || offset > view.OffsetTable()) {
-            log_.Add(FindingKind::RowOffsets, where);
+            log_.Add(FindingKind::RowOffsets, Where());
             return false;
         }
         before = offset;
@@ -74,27 +79,27 @@ bool RowCheck::CheckOffsets(const std::string& where, const RowView& view, Varia
     return true;
 }
 
-void RowCheck::CheckFixedPart(const std::string& where, const RowView& view, std::size_t end) {
+void RowCheck::CheckFixedPart(const RowView& view, std::size_t end) {
     for (const Column& column : definition_.columns) {
         if (column.Fixed() && column.type != ColumnType::Boolean && view.MaskBit(column.number) &&
             2U + column.fixedOffset + column.length > end) {
-            log_.Add(FindingKind::FixedOutside, where, {column.name});
+            log_.Add(FindingKind::FixedOutside, Where(), {column.name});
         }
     }
 }
 
-bool RowCheck::CheckValues(const std::string& where, RowPointer slot, const RowView& view) {
+bool RowCheck::CheckValues(const RowView& view) {
     for (std::size_t i = 0; i < definition_.columns.size(); ++i) {
         const Column& column = definition_.columns[i];
         const std::optional<ByteView> value = view.Field(i);
         if (!value) {
             continue;
         }
-        if (!CheckLength(where, column, *value)) {
+        if (!CheckLength(column, *value)) {
             return false;
         }
         if (column.type == ColumnType::Text) {
-            CheckText(where, slot, i, *value);
+            CheckText(i, *value);
         } else if (i == autonumber_) {
             highestAutonumber_ = std::max(highestAutonumber_, U32(*value, 0));
         }
@@ -102,44 +107,48 @@ bool RowCheck::CheckValues(const std::string& where, RowPointer slot, const RowV
     return true;
 }
 
-bool RowCheck::CheckLength(const std::string& where, const Column& column, ByteView value) {
+bool RowCheck::CheckLength(const Column& column, ByteView value) {
     const std::size_t fixed = column.type == ColumnType::Boolean ? 1 : FixedLength(column.type);
     const bool isShort = IsLong(column.type) && value.size() < kDescriptorBytes;
     if ((fixed != 0 && value.size() != fixed) || isShort) {
-        log_.Add(FindingKind::ValueLength, where, {column.name, Number(value.size())});
+        log_.Add(FindingKind::ValueLength, Where(), {column.name, Number(value.size())});
         return false;
     }
     if (column.type == ColumnType::Binary && value.size() > column.length) {
-        log_.Add(FindingKind::TextTooLong, where, {column.name, Number(value.size()), Number(column.length)});
+        log_.Add(FindingKind::TextTooLong, Where(),
+                 {column.name, Number(value.size()), Number(column.length)});
     }
     return true;
 }
 
-void RowCheck::CheckText(const std::string& where, RowPointer slot, std::size_t place, ByteView value) {
+void RowCheck::CheckText(std::size_t place, ByteView value) {
     const Column& column = definition_.columns[place];
     const TextFacts facts = ExamineText(value, column.Compressed() && !column.Fixed(), TextKind::Column);
     if (facts.plainBytes > column.length) {
-        log_.Add(FindingKind::TextTooLong, where,
+        log_.Add(FindingKind::TextTooLong, Where(),
                  {column.name, Number(facts.plainBytes), Number(column.length)});
     }
     if (facts.form == TextForm::Wrong) {
-        log_.Add(FindingKind::TextCompression, where, {column.name});
+        log_.Add(FindingKind::TextCompression, Where(), {column.name});
     } else if (facts.form == TextForm::NotCompressed) {
-        plainTexts_[place].Add(slot);
+        plainTexts_[place].Add(slot_);
     }
 }
 
-void RowCheck::CheckLongValues(RowPointer slot, const RowView& view) {
+void RowCheck::CheckLongValues(const RowView& view) {
     for (LongValueCheck& longValue : longValues_) {
         if (const std::optional<ByteView> value = view.Field(longValue.Place())) {
             // The row itself is sound whatever becomes of the value.
-            Guard(log_, FindingKind::RowDamaged, RowPlaceText(table_, slot),
-                  [&] { longValue.CheckValue(slot, *value); });
+            Guard(
+                log_, FindingKind::RowDamaged, [this] { return Where(); },
+                [&] { longValue.CheckValue(slot_, *value); });
         }
     }
 }
 
 void RowCheck::Finish() {
+    log_.Count("rows-older-than-a-column", olderRows_);
+    log_.Count("rows-without-offset-table", rowsWithoutOffsets_);
     for (std::size_t i = 0; i < plainTexts_.size(); ++i) {
         plainTexts_[i].Report(log_, table_ + " 필드 " + definition_.columns[i].name);
     }

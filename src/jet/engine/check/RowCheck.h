@@ -25,13 +25,14 @@ class RowCheck {
     void Finish();
 
   private:
-    bool CheckFrame(const std::string& where, ByteView row);
-    bool CheckOffsets(const std::string& where, const RowView& view, VariableBounds bounds);
-    void CheckFixedPart(const std::string& where, const RowView& view, std::size_t end);
-    bool CheckValues(const std::string& where, RowPointer slot, const RowView& view);
-    bool CheckLength(const std::string& where, const Column& column, ByteView value);
-    void CheckText(const std::string& where, RowPointer slot, std::size_t column, ByteView value);
-    void CheckLongValues(RowPointer slot, const RowView& view);
+    bool CheckFrame(ByteView row);
+    bool CheckOffsets(const RowView& view, VariableBounds bounds);
+    void CheckFixedPart(const RowView& view, std::size_t end);
+    bool CheckValues(const RowView& view);
+    bool CheckLength(const Column& column, ByteView value);
+    void CheckText(std::size_t column, ByteView value);
+    void CheckLongValues(const RowView& view);
+    [[nodiscard]] std::string Where() const;
 
     FindingLog& log_;
     std::string table_;
@@ -41,6 +42,9 @@ class RowCheck {
     std::vector<PlainTextCount> plainTexts_;  ///< by column
     std::size_t autonumber_ = TableDefinition::npos;
     std::uint32_t highestAutonumber_ = 0;
+    RowPointer slot_{};  ///< of the present row
+    std::uint64_t olderRows_ = 0;
+    std::uint64_t rowsWithoutOffsets_ = 0;
 };
 
 }  // namespace tavrel::jet::check

@@ -37,7 +37,11 @@ void RowScan::FollowPointer(RowPointer slot, ByteView row, const Visitor& visito
         return;
     }
     const RowPointer target = RowPointer::FromU32(U32(row, 0));
-    targets_.push_back(target);
+    if (++pointers_[target.ToU32()] > 1) {
+        rows_.Append(slot, target);  // CheckTargets tells; the row is not examined again
+        rows_.SpoilLast();
+        return;
+    }
     if (std::binary_search(pages_.begin(), pages_.end(), target.page)) {
         const PageRef page = pager_.Read(target.page);
         const DataPageView view(page);
@@ -52,19 +56,20 @@ void RowScan::FollowPointer(RowPointer slot, ByteView row, const Visitor& visito
 void RowScan::Visit(RowPointer slot, RowPointer at, ByteView row, const Visitor& visitor) {
     rows_.Append(slot, at);
     bool readable = false;
-    Guard(log_, FindingKind::RowDamaged, RowPlaceText(table_, slot), [&] { readable = visitor(slot, row); });
+    Guard(
+        log_, FindingKind::RowDamaged, [&] { return RowPlaceText(table_, slot); },
+        [&] { readable = visitor(slot, row); });
     if (!readable) {
         rows_.SpoilLast();
     }
 }
 
 void RowScan::CheckTargets() {
-    std::sort(targets_.begin(), targets_.end());
     for (const RowPointer slot : hidden_) {
-        const auto [first, last] = std::equal_range(targets_.begin(), targets_.end(), slot);
-        if (last - first != 1) {
-            log_.Add(FindingKind::MovedRow, RowPlaceText(table_, slot),
-                     {Number(static_cast<std::uint64_t>(last - first))});
+        const auto found = pointers_.find(slot.ToU32());
+        const std::uint32_t count = found == pointers_.end() ? 0 : found->second;
+        if (count != 1) {
+            log_.Add(FindingKind::MovedRow, RowPlaceText(table_, slot), {Number(count)});
         }
     }
 }

@@ -3,6 +3,7 @@
 
 #include <functional>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 #include "jet/engine/check/FindingLog.h"
@@ -32,8 +33,8 @@ class RowScan {
     std::string table_;
     const std::vector<PageNumber>& pages_;
     RowList rows_;
-    std::vector<RowPointer> hidden_;   ///< slots that hold moved rows, ascending
-    std::vector<RowPointer> targets_;  ///< where pointers lead
+    std::vector<RowPointer> hidden_;                             ///< slots that hold moved rows, ascending
+    std::unordered_map<std::uint32_t, std::uint32_t> pointers_;  ///< how many lead to each place
 };
 
 }  // namespace tavrel::jet::check

@@ -20,7 +20,7 @@ void SystemTable::ForEach(const Visitor& visitor) {
     FindingLog unheard;
     std::vector<PageNumber> pages;
     for (const PageNumber page : ReadUsageMap(pager_, definition_.ownedMap).pages) {
-        Guard(unheard, FindingKind::Unreadable, {}, [&] {
+        Guard(unheard, FindingKind::Unreadable, "", [&] {
             if (CheckDataPage(unheard, pager_.Read(page), page, definition_.page)) {
                 pages.push_back(page);
             }

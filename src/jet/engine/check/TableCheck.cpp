@@ -123,6 +123,7 @@ void TableCheck::CheckIndex(std::size_t real, const RowList& rows) {
     if (whole) {
         entries.CheckRowsWithoutEntry();
     }
+    entries.ReportCounts();
     log_.Count("indexes");
     log_.Count("index-entries", count);
 }
