@@ -17,7 +17,7 @@ struct DarkForm {
     CellSign sign;
 };
 constexpr std::array<DarkForm, 3> kPainted = {{
-    {colours::kRed, qRgb(150, 20, 20), qRgb(255, 255, 255), CellSign::Bold},
+    {colours::kRed, qRgb(150, 20, 20), qRgb(255, 255, 255), CellSign::Corner},
     {colours::kOneSided, qRgb(62, 62, 140), qRgb(255, 255, 255), CellSign::Bar},
     {colours::kCompareBack, qRgb(0, 64, 64), qRgb(255, 150, 150), CellSign::Bold},
 }};
@@ -54,8 +54,9 @@ const DarkForm* PaintedForm(grid::Colour back) {
 }  // namespace
 
 double Contrast(const QColor& a, const QColor& b) {
-    const auto [dark, light] = std::minmax(Luminance(a), Luminance(b));
-    return (light + 0.05) / (dark + 0.05);
+    const double first = Luminance(a) + 0.05;
+    const double second = Luminance(b) + 0.05;
+    return std::max(first, second) / std::min(first, second);
 }
 
 bool IsDark(const QPalette& palette) {

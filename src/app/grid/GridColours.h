@@ -11,9 +11,14 @@ namespace tavrel::app {
 /// A second sign beside the colour, for those who cannot tell the colours apart.
 enum class CellSign {
     None,
-    Bold,  ///< differs
-    Bar    ///< stands on one side only: a bar at the cell's left edge
+    Bold,    ///< the mark
+    Corner,  ///< differs: bold, and a corner that an empty cell has too
+    Bar      ///< stands on one side only: a bar at the cell's left edge
 };
+
+inline bool IsBold(CellSign sign) {
+    return sign == CellSign::Bold || sign == CellSign::Corner;
+}
 
 struct CellLook {
     QColor back;

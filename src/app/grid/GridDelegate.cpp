@@ -10,9 +10,36 @@ namespace tavrel::app {
 namespace {
 
 constexpr int kSignBar = 3;
+constexpr int kSignCorner = 6;
 
-void DrawText(QPainter& painter, const QStyleOptionViewItem& option, int column, const QString& text) {
-    const QRect room = option.rect.adjusted(kCellMargin, 0, -kCellMargin - 1, -1);
+void DrawLines(QPainter& painter, const QStyleOptionViewItem& option, bool below) {
+    const QRect& rect = option.rect;
+    painter.setPen(GridLineColour(option.palette));
+    painter.drawLine(rect.topRight(), rect.bottomRight());
+    if (below) {
+        painter.drawLine(rect.bottomLeft(), rect.bottomRight());
+    }
+}
+
+/// What tells a painted cell without its colour, an empty one too.
+void DrawSign(QPainter& painter, const QRect& rect, const CellLook& look) {
+    if (look.sign == CellSign::Bar) {
+        painter.fillRect(QRect(rect.left(), rect.top(), kSignBar, rect.height() - 1), look.text);
+    } else if (look.sign == CellSign::Corner) {
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(look.text);
+        const QPoint corner = rect.topLeft();
+        painter.drawPolygon(
+            QPolygon({corner, corner + QPoint(kSignCorner, 0), corner + QPoint(0, kSignCorner)}));
+    }
+}
+
+QRect TextRoom(const QRect& rect, CellSign sign) {
+    const int left = sign == CellSign::Bar ? kSignBar : 0;
+    return rect.adjusted(left + kCellMargin, 0, -kCellMargin - 1, -1);
+}
+
+void DrawText(QPainter& painter, const QRect& room, int column, const QString& text) {
     const QFontMetrics metrics = painter.fontMetrics();
     const int width = metrics.horizontalAdvance(text);
     if (width <= room.width()) {
@@ -47,33 +74,24 @@ void GridDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
     const int column = index.column() + 1;
     const int row = model_.GridRow(index.row());
     CellLook look = LookOf(grid.BackColor(column, row), grid.TextColor(column), option.palette);
-    if ((option.state & QStyle::State_Selected) != 0) {
+    if (option.state.testFlag(QStyle::State_Selected)) {
         look = Selected(look, option.palette);
     }
-    const QRect& rect = option.rect;
-    painter->fillRect(rect, look.back);
-    painter->setPen(GridLineColour(option.palette));
-    painter->drawLine(rect.topRight(), rect.bottomRight());
-    if (!MergesWithAbove(column, index.row() + 1)) {
-        painter->drawLine(rect.bottomLeft(), rect.bottomRight());
-    }
-    if (look.sign == CellSign::Bar) {
-        painter->fillRect(QRect(rect.left(), rect.top(), kSignBar, rect.height() - 1), look.text);
-    }
+    painter->fillRect(option.rect, look.back);
+    DrawLines(*painter, option, !MergesWithAbove(column, index.row() + 1));
+    DrawSign(*painter, option.rect, look);
     const std::string_view text = grid.Text(column, row);
     if (!text.empty() && (index.row() == topRow_ || !MergesWithAbove(column, index.row()))) {
         QFont font = option.font;
-        font.setBold(look.sign == CellSign::Bold);
+        font.setBold(IsBold(look.sign));
         painter->setFont(font);
         painter->setPen(look.text);
-        QStyleOptionViewItem room = option;
-        room.rect.setLeft(rect.left() + (look.sign == CellSign::Bar ? kSignBar : 0));
-        DrawText(*painter, room, column, ToQt(text));
+        DrawText(*painter, TextRoom(option.rect, look.sign), column, ToQt(text));
     }
-    if ((option.state & QStyle::State_HasFocus) != 0) {
+    if (option.state.testFlag(QStyle::State_HasFocus)) {
         painter->setPen(look.text);
         painter->setBrush(Qt::NoBrush);
-        painter->drawRect(rect.adjusted(0, 0, -2, -2));
+        painter->drawRect(option.rect.adjusted(0, 0, -2, -2));
     }
 }
 

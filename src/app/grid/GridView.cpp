@@ -203,7 +203,7 @@ QString GridView::CutText(const QModelIndex& index) const {
     const QString text = model_->data(index).toString();
     QFont font = this->font();
     const grid::Colour back = grid_.BackColor(index.column() + 1, model_->GridRow(index.row()));
-    font.setBold(LookOf(back, 0, palette()).sign == CellSign::Bold);
+    font.setBold(IsBold(LookOf(back, 0, palette()).sign));
     const int room = columnWidth(index.column()) - 2 * kCellMargin - 1;
     return QFontMetrics(font).horizontalAdvance(text) > room ? text : QString();
 }

@@ -1,0 +1,205 @@
+// Keys, navigation, path fields, browsing, the buttons of one side.
+#include <QCheckBox>
+#include <QDropEvent>
+#include <QMimeData>
+#include <QUrl>
+
+#include "app/FormFixture.h"
+#include "support/TemporaryFolder.h"
+
+namespace tavrel::app {
+namespace {
+
+constexpr const char* kNoMore = "더이상 비교결과에서 다른곳을 찾을 수 없습니다.";
+using Texts = std::vector<std::string>;
+
+class FormKeys : public FormFixture {
+  protected:
+    [[nodiscard]] int ActiveRow() const { return form_->Grid().ActiveRow(); }
+};
+
+TEST_F(FormKeys, StepFromMarkToMarkWithoutWrapping) {
+    struct Step {
+        int from;
+        Qt::KeyboardModifiers modifiers;
+        int to;  ///< 0: there is none
+    };
+    const Step steps[] = {
+        {5, Qt::NoModifier, 9},      {5, Qt::ShiftModifier, 3},
+        {5, Qt::ControlModifier, 9}, {5, Qt::ShiftModifier | Qt::ControlModifier, 9},
+        {5, Qt::AltModifier, 9},     {5, Qt::ShiftModifier | Qt::AltModifier, 9},
+        {9, Qt::NoModifier, 0},      {9, Qt::ShiftModifier, 3},
+        {3, Qt::ShiftModifier, 0},   {1, Qt::ShiftModifier, 0},
+        {10, Qt::NoModifier, 0},     {2, Qt::NoModifier, 3},
+    };
+    Open();
+    FillGrid("  !     ! ");
+    for (const Step& step : steps) {
+        Activate(7, step.from);
+        Path(1).setFocus();
+        QTest::keyClick(&Path(1), Qt::Key_F3, step.modifiers);
+        EXPECT_EQ(ActiveRow(), step.to == 0 ? step.from : step.to);
+        EXPECT_EQ(form_->Grid().ActiveColumn(), step.to == 0 ? 7 : 12);
+        EXPECT_EQ(messages.Texts(), step.to == 0 ? Texts{kNoMore} : Texts{});
+        EXPECT_EQ(QApplication::focusWidget(), &Find<GridView>("spList"));
+    }
+}
+
+TEST_F(FormKeys, ButtonsStepToo) {
+    Open();
+    Click("cmdMove_0");
+    Click("cmdMove_1");
+    EXPECT_EQ(messages.Texts(), (Texts{kNoMore, kNoMore}));
+    FillGrid(" ! !");
+    Click("cmdMove_0");
+    Click("cmdMove_0");
+    EXPECT_EQ(ActiveRow(), 4);
+    EXPECT_EQ(Find<GridView>("spList").currentIndex().row(), 3);
+    Click("cmdMove_1");
+    EXPECT_EQ(ActiveRow(), 2);
+}
+
+TEST_F(FormKeys, WorkWhicheverControlHasTheFocus) {
+    Open();
+    const auto widgets = form_->findChildren<QWidget*>();
+    int tried = 0;
+    for (QWidget* widget : widgets) {
+        if (widget->focusPolicy() == Qt::NoFocus || !widget->isVisible() || widget->objectName().isEmpty()) {
+            continue;
+        }
+        widget->setFocus();
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_F5, Qt::ControlModifier);
+        EXPECT_EQ(messages.Texts(), Texts{"DataBase 파일을 선택하세요."}) << FromQt(widget->objectName());
+        EXPECT_EQ(QApplication::focusWidget(), &Path(0));
+        ++tried;
+    }
+    EXPECT_EQ(tried, 20);
+    QTest::keyClick(&Path(1), Qt::Key_F4);
+    QTest::keyClick(&Path(1), Qt::Key_Return);
+    EXPECT_TRUE(messages.Texts().empty());
+    QTest::keyClick(&Path(1), Qt::Key_Escape, Qt::ShiftModifier);
+    EXPECT_FALSE(form_->isVisible());
+}
+
+TEST_F(FormKeys, TabFollowsTheReading) {
+    Open();
+    std::vector<std::string> order;
+    Find<QPushButton>("cmdComp").setFocus();
+    for (const ControlEntry& control : ControlTable()) {
+        if (control.kind == ControlKind::Panel || control.kind == ControlKind::MessageField ||
+            control.kind == ControlKind::ProgressBar) {
+            continue;
+        }
+        EXPECT_EQ(FromQt(QApplication::focusWidget()->objectName()), ObjectName(control));
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    }
+}
+
+TEST_F(FormKeys, AnOptionEmptiesTheGrid) {
+    Open();
+    FillGrid("!!");
+    Click("Check1_1");
+    EXPECT_EQ(form_->Grid().RowCount(), 0);
+    EXPECT_EQ(Find<GridView>("spList").model()->rowCount(), 0);
+    EXPECT_EQ(settings.values["체크박스옵션_1"], "1");
+}
+
+TEST_F(FormKeys, FocusSelectsTheWholePath) {
+    Open();
+    Path(0).setText("/abc.mdb");
+    Path(1).setText("/xyz.mdb");
+    Path(0).setFocus();
+    EXPECT_EQ(Path(0).selectedText(), "/abc.mdb");
+    QTest::mouseClick(&Path(1), Qt::LeftButton, {}, {20, 8});
+    EXPECT_EQ(Path(1).selectedText(), "/xyz.mdb");
+    QTest::mouseClick(&Path(1), Qt::LeftButton, {}, {20, 8});
+    EXPECT_EQ(Path(1).selectedText(), "");
+}
+
+TEST_F(FormKeys, ThePasswordShowsStars) {
+    Open();
+    auto& field = Find<QLineEdit>("txtPwd_0");
+    QTest::keyClicks(&field, "ab");
+    EXPECT_EQ(field.displayText(), "**");
+    EXPECT_EQ(field.toolTip(), "MDB암호");
+}
+
+class FormDrop : public FormKeys {
+  protected:
+    struct Result {
+        bool entered;
+        bool dropped;
+    };
+    static Result Drop(QWidget& target, const QMimeData& data) {
+        QDragEnterEvent enter({5, 5}, Qt::CopyAction, &data, Qt::LeftButton, {});
+        QApplication::sendEvent(&target, &enter);
+        QDropEvent drop({5, 5}, Qt::CopyAction, &data, Qt::LeftButton, {});
+        QApplication::sendEvent(&target, &drop);
+        return {enter.isAccepted(), drop.isAccepted()};
+    }
+};
+
+TEST_F(FormDrop, TakesTheFirstFileOnly) {
+    Open();
+    QMimeData data;
+    data.setUrls(
+        {QUrl::fromLocalFile("/d/첫.mdb"), QUrl::fromLocalFile("/d/2.mdb"), QUrl::fromLocalFile("/d/3.mdb")});
+    EXPECT_TRUE(Drop(Path(1), data).dropped);
+    EXPECT_EQ(TextOf("txtDBPath_1"), "/d/첫.mdb");
+    EXPECT_EQ(settings.values["최근DB_B"], "/d/첫.mdb");
+}
+
+TEST_F(FormDrop, RefusesWhatIsNoFile) {
+    Open();
+    QMimeData text;
+    text.setText("/d/1.mdb");
+    QMimeData web;
+    web.setUrls({QUrl("https://example.org/1.mdb")});
+    for (const QMimeData* data : {&text, &web}) {
+        const Result result = Drop(Path(0), *data);
+        EXPECT_FALSE(result.entered);
+        EXPECT_FALSE(result.dropped);
+    }
+    EXPECT_EQ(TextOf("txtDBPath_0"), "");
+}
+
+TEST_F(FormKeys, BrowsingRemembersTheFolder) {
+    Open();
+    const std::string program = FromQt(QCoreApplication::applicationDirPath());
+    Click("cmdDB_0");  // cancelled
+    files.answer = "/data/x.mdb";
+    Click("cmdDB_0");
+    files.answer = "";
+    Click("cmdDB_1");
+    Path(0).setText("  ");
+    Click("cmdDB_0");
+    ASSERT_EQ(files.asked.size(), 4U);
+    const std::pair<std::string, std::string> expected[] = {
+        {"", program}, {"", program}, {"/data/x.mdb", "/data"}, {"", "/data"}};
+    for (std::size_t i = 0; i < 4; ++i) {
+        EXPECT_EQ(files.asked[i].name, expected[i].first) << i;
+        EXPECT_EQ(files.asked[i].folder, expected[i].second) << i;
+        EXPECT_EQ(files.asked[i].filter, "MDB File (mdb) (*.mdb)");
+    }
+    EXPECT_EQ(TextOf("txtDBPath_0"), "  ");
+    EXPECT_EQ(settings.values["최근DB_A"], "  ");
+}
+
+TEST_F(FormKeys, CommandsOfOneSideCheckItsPath) {
+    const testing::TemporaryFolder folder;
+    std::fclose(std::fopen(folder.File("b.mdb").c_str(), "w"));
+    Open();
+    Path(0).setText("  ");
+    Path(1).setText(ToQt(folder.File("b.mdb")));
+    Click("cmdAccess_0");
+    EXPECT_EQ(messages.Texts(), Texts{"DB경로가 입력되지 않았습니다."});
+    EXPECT_EQ(QApplication::focusWidget(), &Path(0));
+    Click("cmdAccess_1");
+    Click("cmdCompact_1");
+    Click("cmdCompact_0");
+    EXPECT_EQ(opened, std::vector<int>{1});
+    EXPECT_EQ(compacted, std::vector<int>{1});
+}
+
+}  // namespace
+}  // namespace tavrel::app

@@ -1,0 +1,142 @@
+// Where the controls stand and whether everything in them can be read, at the scaling the test runs under.
+#include <QCheckBox>
+#include <QComboBox>
+#include <QFrame>
+#include <QStyle>
+#include <QStyleOptionButton>
+#include <QStyleOptionComboBox>
+#include <QStyleOptionFrame>
+
+#include "app/FormFixture.h"
+#include "app/logic/FormLayout.h"
+
+namespace tavrel::app {
+namespace {
+
+class FormPlaces : public FormFixture {
+  protected:
+    QWidget& Control(const ControlEntry& control) { return Find<QWidget>(ObjectName(control).c_str()); }
+    QRect PlaceInForm(const ControlEntry& control) {
+        QWidget& widget = Control(control);
+        return {widget.mapTo(form_.get(), QPoint(0, 0)), widget.size()};
+    }
+};
+
+/// Controls that lie over others on purpose.
+bool Floats(const ControlEntry& control) {
+    return control.kind == ControlKind::Panel || control.kind == ControlKind::MessageField ||
+           control.kind == ControlKind::ProgressBar;
+}
+
+TEST_F(FormPlaces, StartAsDesigned) {
+    Open();
+    EXPECT_EQ(form_->size(), QSize(871, 710));
+    for (const ControlEntry& control : ControlTable()) {
+        if (control.name == "txtDBPath" || control.name == "spList" || control.name == "Frame1" ||
+            control.name == "cmbTblName" || control.name == "cmdAccess" || control.name == "cmdCompact" ||
+            control.name == "ProgressBar1") {
+            continue;  // these follow the window's size
+        }
+        const TwipRect& place = control.place;
+        EXPECT_EQ(Control(control).geometry(),
+                  QRect(place.left / 15, place.top / 15, place.width / 15, place.height / 15))
+            << ObjectName(control);
+    }
+    EXPECT_EQ(Path(0).geometry(), QRect(225, 9, 354, 19));
+}
+
+TEST_F(FormPlaces, NothingOverlapsAtAnySize) {
+    Open();
+    for (const QSize size : {QSize(333, 333), QSize(400, 600), QSize(517, 400), QSize(560, 400),
+                             QSize(640, 480), QSize(871, 710), QSize(1920, 1080)}) {
+        form_->resize(size);
+        QApplication::processEvents();
+        ASSERT_EQ(form_->size(), size);
+        std::vector<QRect> places;
+        for (const ControlEntry& control : ControlTable()) {
+            if (Floats(control)) {
+                continue;
+            }
+            const QRect place = PlaceInForm(control);
+            EXPECT_GT(place.width(), 0);
+            for (const QRect& other : places) {
+                EXPECT_FALSE(place.intersects(other)) << ObjectName(control) << " at " << size.width();
+            }
+            places.push_back(place);
+        }
+        EXPECT_GE(Path(0).width(), Path(0).fontMetrics().horizontalAdvance("C:\\dbs\\"));
+    }
+}
+
+TEST_F(FormPlaces, TheWindowSnapsBackTo5000Twips) {
+    Open();
+    form_->resize(100, 50);
+    QApplication::processEvents();
+    EXPECT_EQ(form_->frameGeometry().size(), QSize(333, 333));
+}
+
+/// Room for a text within its control, as the style draws it.
+QRect TextRoom(const QWidget& widget) {
+    QStyle& style = *widget.style();
+    if (const auto* button = qobject_cast<const QPushButton*>(&widget)) {
+        return button->rect().adjusted(2, 1, -2, -1);
+    }
+    if (const auto* box = qobject_cast<const QCheckBox*>(&widget)) {
+        QStyleOptionButton option;
+        option.initFrom(box);
+        return style.subElementRect(QStyle::SE_CheckBoxContents, &option, box);
+    }
+    if (const auto* list = qobject_cast<const QComboBox*>(&widget)) {
+        QStyleOptionComboBox option;
+        option.initFrom(list);
+        option.editable = list->isEditable();
+        return style.subControlRect(QStyle::CC_ComboBox, &option, QStyle::SC_ComboBoxEditField, list);
+    }
+    QStyleOptionFrame option;
+    option.initFrom(&widget);
+    option.lineWidth = style.pixelMetric(QStyle::PM_DefaultFrameWidth, &option, &widget);
+    return style.subElementRect(QStyle::SE_LineEditContents, &option, &widget);
+}
+
+TEST_F(FormPlaces, EveryTextHasRoom) {
+    Open();
+    const auto expectRoom = [this](const char* name, const QString& text) {
+        const auto& widget = Find<QWidget>(name);
+        const QFontMetrics metrics(widget.font());
+        const QRect room = TextRoom(widget);
+        EXPECT_LE(metrics.horizontalAdvance(text), room.width()) << name << ": " << FromQt(text);
+        EXPECT_LE(metrics.tightBoundingRect(text).height(), room.height()) << name;
+        EXPECT_GE(widget.font().pixelSize(), 11) << name;
+    };
+    for (const ControlEntry& control : ControlTable()) {
+        if (!control.caption.empty()) {
+            expectRoom(ObjectName(control).c_str(), ToQt(control.caption));
+        }
+    }
+    for (int i = 0; i < 5; ++i) {
+        expectRoom("cmbApp", Find<QComboBox>("cmbApp").itemText(i));
+    }
+    expectRoom("txtDBPath_0", "C:\\고객\\gjpqy.mdb");
+    expectRoom("txtPwd_0", "**********");
+    expectRoom("cmbTblName_0", "거래처 목록");
+}
+
+TEST_F(FormPlaces, ControlsCarryTheirTextsAndNames) {
+    Open();
+    for (const ControlEntry& control : ControlTable()) {
+        QWidget& widget = Control(control);
+        EXPECT_EQ(FromQt(widget.toolTip()), control.toolTip);
+        const bool named =
+            !control.accessibleName.empty() || !control.caption.empty() || control.kind == ControlKind::Panel;
+        EXPECT_TRUE(named) << ObjectName(control);
+        if (const auto* button = qobject_cast<QAbstractButton*>(&widget)) {
+            EXPECT_EQ(FromQt(button->text()), control.caption);
+        }
+        const bool hidden =
+            control.kind == ControlKind::MessageField || control.kind == ControlKind::ProgressBar;
+        EXPECT_EQ(widget.isVisible(), !hidden) << ObjectName(control);
+    }
+}
+
+}  // namespace
+}  // namespace tavrel::app

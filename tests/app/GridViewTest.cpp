@@ -1,0 +1,282 @@
+// The grid on the screen: rows, headers, colours, copying, size.
+#include <chrono>
+
+#include <QApplication>
+#include <QClipboard>
+#include <QPainter>
+#include <QScrollBar>
+#include <QTest>
+#include <gtest/gtest.h>
+
+#include "app/QtText.h"
+#include "app/grid/GridColours.h"
+#include "app/grid/GridHeader.h"
+#include "app/grid/GridView.h"
+#include "app/logic/GridCommands.h"
+
+namespace tavrel::app {
+namespace {
+
+class GridOnScreen : public ::testing::Test {
+  protected:
+    GridOnScreen() : view(grid, nullptr) {
+        InitGrid(grid);
+        LockCells(grid);
+        view.resize(867, 400);
+        view.show();
+        EXPECT_TRUE(QTest::qWaitForWindowExposed(&view));
+    }
+
+    /// Rows of `tables` tables by turns of four fields each, every `marked`th with a mark.
+    void Fill(int rows, int marked) {
+        grid.SetRepaint(false);
+        grid.SetRowCount(rows);
+        for (int row = 1; row <= rows; ++row) {
+            for (const int offset : {0, 12}) {
+                grid.PutText(offset + 1, row, "table" + std::to_string((row - 1) / 4));
+                grid.PutText(offset + 5, row, "f" + std::to_string(row));
+                grid.PutText(offset + 11, row, "key");
+            }
+            grid.PutText(12, row, row % marked == 0 ? "!" : "");
+        }
+        grid.SetRepaint(true);
+    }
+    void HideUnmarked() {
+        for (int row = 1; row <= grid.RowCount(); ++row) {
+            grid.SetFormatRow(row);
+            if (grid.Text(12, row).empty()) {
+                grid.SetRowHidden(true);
+            }
+        }
+    }
+    void Paint(int column, int row, grid::Colour colour) {
+        grid.SetFormatCol(column);
+        grid.SetFormatRow(row);
+        grid.SetCellBackColor(colour);
+    }
+    QRect CellRect(int column, int row) { return view.visualRect(view.Model().IndexOf(column, row)); }
+    QColor ColourAt(const QPoint& point) {
+        const QImage image = view.viewport()->grab().toImage();
+        return image.pixelColor(point * image.devicePixelRatio());
+    }
+    /// Pixels of a cell that have neither its back colour nor the lines'.
+    int Ink(int column, int row) {
+        const QRect rect = CellRect(column, row).adjusted(1, 1, -2, -2);
+        const QImage image = view.viewport()->grab(rect).toImage();
+        int ink = 0;
+        for (int y = 0; y < image.height(); ++y) {
+            for (int x = 0; x < image.width(); ++x) {
+                ink += image.pixelColor(x, y).lightness() < 100 ? 1 : 0;
+            }
+        }
+        return ink;
+    }
+    GridHeader::Cell HeaderCell(int column, int row) {
+        for (const GridHeader::Cell& cell : view.Header().VisibleCells()) {
+            if (cell.cells.column == column && cell.cells.row == row) {
+                return cell;
+            }
+        }
+        return {};
+    }
+
+    grid::ResultGrid grid;
+    GridView view;
+};
+
+TEST_F(GridOnScreen, JoinsTheHeaderAndShowsBothPaths) {
+    grid.PutText(1, grid::kTopHeaderRow, "/데이터/" + std::string(200, 'a') + "/dbMain.mdb");
+    grid.PutText(13, grid::kTopHeaderRow, "/b.mdb");
+    const QRect first = HeaderCell(1, grid::kTopHeaderRow).rect;
+    int width = 0;
+    for (int column = 0; column < 11; ++column) {
+        width += view.columnWidth(column);
+    }
+    EXPECT_EQ(first.width(), width);
+    EXPECT_EQ(first.height() * 2, view.Header().height());
+    EXPECT_EQ(HeaderCell(12, grid::kTopHeaderRow).text, "비교");
+    EXPECT_EQ(HeaderCell(12, grid::kTopHeaderRow).rect.height(), view.Header().height());
+    EXPECT_EQ(HeaderCell(13, grid::kTopHeaderRow).text, "/b.mdb");
+    const char* const captions[] = {"테이블명", "P",    "F",   "I",    "필드명",
+                                    "Type",     "Size", "Def", "Null", "Zro"};
+    for (int i = 0; i < 10; ++i) {
+        for (const int offset : {1, 13}) {
+            const auto cell = HeaderCell(offset + i, grid::kCaptionHeaderRow);
+            EXPECT_EQ(FromQt(cell.text), captions[i]);
+            EXPECT_LT(view.Header().fontMetrics().horizontalAdvance(cell.text), cell.rect.width());
+        }
+    }
+    EXPECT_TRUE(view.isColumnHidden(10));
+    EXPECT_TRUE(view.isColumnHidden(22));
+    EXPECT_FALSE(view.horizontalScrollBar()->isVisible());
+}
+
+TEST_F(GridOnScreen, HiddenRowsLeaveTheirNumbersBehind) {
+    Fill(9, 3);
+    HideUnmarked();
+    QApplication::processEvents();
+    EXPECT_EQ(view.model()->rowCount(), 3);
+    EXPECT_EQ(view.model()->headerData(1, Qt::Vertical).toInt(), 6);
+    EXPECT_EQ(view.model()->index(2, 4).data().toString(), "f9");
+    grid.SetRowCount(0);
+    EXPECT_EQ(view.model()->rowCount(), 0);
+}
+
+TEST_F(GridOnScreen, TheCurrentCellIsTheActiveCell) {
+    Fill(500, 7);
+    grid.ActivateCell(12, 350);
+    EXPECT_EQ(view.currentIndex(), view.Model().IndexOf(12, 350));
+    EXPECT_TRUE(view.viewport()->rect().contains(CellRect(12, 350)));
+    QTest::keyClick(&view, Qt::Key_Down);
+    EXPECT_EQ(grid.ActiveRow(), 351);
+    QTest::mouseClick(view.viewport(), Qt::LeftButton, {}, CellRect(5, 345).center());
+    EXPECT_EQ(grid.ActiveRow(), 345);
+    EXPECT_EQ(grid.ActiveColumn(), 5);
+    QTest::keyClicks(&view, "x");
+    QTest::keyClick(&view, Qt::Key_F2);
+    EXPECT_EQ(grid.Text(5, 345), "f345");
+}
+
+TEST_F(GridOnScreen, PaintsColoursAndMergesEqualTableNames) {
+    Fill(8, 3);
+    grid.ActivateCell(12, 8);
+    Paint(5, 2, grid::colours::kRed);
+    Paint(17, 3, grid::colours::kOneSided);
+    EXPECT_EQ(ColourAt(CellRect(5, 2).center() + QPoint(20, 0)), QColor(255, 0, 0));
+    EXPECT_EQ(ColourAt(CellRect(17, 3).center() + QPoint(20, 0)), QColor(192, 192, 255));
+    EXPECT_EQ(ColourAt(CellRect(12, 4).center() + QPoint(12, 0)), QColor(128, 255, 255));
+    const QColor line = GridLineColour(view.palette());
+    for (int row = 1; row <= 8; ++row) {
+        const bool first = row == 1 || row == 5;
+        EXPECT_EQ(Ink(1, row) > 0, first) << row;
+        EXPECT_EQ(Ink(13, row) > 0, first) << row;
+        const QColor under = ColourAt(CellRect(1, row).bottomLeft() + QPoint(5, 0));
+        EXPECT_EQ(under == line, row == 4 || row == 8) << row;
+    }
+    Fill(400, 3);
+    view.scrollTo(view.Model().IndexOf(1, 302), QAbstractItemView::PositionAtTop);
+    EXPECT_GT(Ink(1, 302), 0);
+    EXPECT_EQ(Ink(1, 303), 0);
+    EXPECT_EQ(grid.Text(1, 303), "table75");
+}
+
+TEST_F(GridOnScreen, SaysDifferencesInWords) {
+    Fill(3, 1);
+    for (const int offset : {0, 12}) {
+        Paint(offset + 6, 1, grid::colours::kRed);
+        Paint(offset + 7, 1, grid::colours::kRed);
+    }
+    Paint(17, 2, grid::colours::kOneSided);
+    grid.ClearBlock(1, 2, 11, 2);
+    const auto words = [this](int column, int row) {
+        return FromQt(view.Model().IndexOf(column, row).data(Qt::AccessibleTextRole).toString());
+    };
+    EXPECT_EQ(words(12, 1), "다름: Type, Size");
+    EXPECT_EQ(words(12, 2), "B에만 있음");
+    EXPECT_EQ(words(17, 2), "f2 (다름)");
+    EXPECT_EQ(words(17, 3), "f3");
+}
+
+TEST_F(GridOnScreen, CopiesTheSelectionAsTabSeparatedText) {
+    Fill(6, 2);
+    grid.PutText(8, 2, "a\t\"b\"\nc");
+    HideUnmarked();
+    QApplication::processEvents();
+    view.setCurrentIndex(view.Model().IndexOf(5, 2));
+    view.selectionModel()->select({view.Model().IndexOf(5, 2), view.Model().IndexOf(13, 4)},
+                                  QItemSelectionModel::ClearAndSelect);
+    QTest::keyClick(&view, Qt::Key_C, Qt::ControlModifier);
+    EXPECT_EQ(FromQt(QApplication::clipboard()->text()),
+              "f2\t\t\t\"a\t\"\"b\"\"\nc\"\t\t\t!\ttable0\nf4\t\t\t\t\t\t!\ttable0\n");
+    view.selectionModel()->select(view.Model().IndexOf(1, 2), QItemSelectionModel::ClearAndSelect);
+    view.selectionModel()->select(view.Model().IndexOf(5, 6), QItemSelectionModel::Select);
+    QTest::keyClick(&view, Qt::Key_C, Qt::ControlModifier);
+    EXPECT_EQ(FromQt(QApplication::clipboard()->text()), "table0\t\t\t\t\n\t\t\t\tf6\n");
+    QTest::keyClick(&view, Qt::Key_A, Qt::ControlModifier);
+    QTest::keyClick(&view, Qt::Key_C, Qt::ControlModifier);
+    const QString all = QApplication::clipboard()->text();
+    EXPECT_FALSE(all.contains("key"));
+    EXPECT_EQ(all.count('\n'), 4);
+    EXPECT_EQ(all.count('\t'), 3 * 20 + 1);  // one stands in a text
+}
+
+TEST_F(GridOnScreen, AClickOnABandSelectsItsSide) {
+    Fill(5, 2);
+    const QRect band = HeaderCell(13, grid::kTopHeaderRow).rect;
+    QTest::mouseClick(view.Header().viewport(), Qt::LeftButton, {}, band.center());
+    EXPECT_TRUE(view.selectionModel()->isSelected(view.Model().IndexOf(13, 5)));
+    EXPECT_TRUE(view.selectionModel()->isSelected(view.Model().IndexOf(22, 1)));
+    EXPECT_FALSE(view.selectionModel()->isSelected(view.Model().IndexOf(12, 1)));
+}
+
+TEST_F(GridOnScreen, ADraggedColumnKeepsItsWidth) {
+    Fill(5, 2);
+    const int edge = view.Header().sectionViewportPosition(1);
+    const int height = view.Header().height();
+    const int before = view.columnWidth(0);
+    QTest::mousePress(view.Header().viewport(), Qt::LeftButton, {}, {edge - 1, height - 4});
+    QTest::mouseMove(view.Header().viewport(), {edge + 39, height - 4});
+    QTest::mouseRelease(view.Header().viewport(), Qt::LeftButton, {}, {edge + 39, height - 4});
+    EXPECT_NEAR(view.columnWidth(0), before + 40, 2);
+    const int dragged = view.columnWidth(0);
+    view.resize(1400, 400);
+    Fill(6, 2);
+    EXPECT_EQ(view.columnWidth(0), dragged);
+}
+
+TEST_F(GridOnScreen, ReadsNothingWhileRepaintIsOff) {
+    Fill(5, 2);
+    grid.SetRepaint(false);
+    grid.SetRowCount(0);
+    view.viewport()->repaint();
+    EXPECT_EQ(view.model()->rowCount(), 5);
+    EXPECT_EQ(ColourAt({5, 5}), view.palette().color(QPalette::Base));
+    grid.SetRepaint(true);
+    EXPECT_EQ(view.model()->rowCount(), 0);
+}
+
+TEST_F(GridOnScreen, IsQuickWith200000Rows) {
+    using Clock = std::chrono::steady_clock;
+    Fill(200'000, 2);
+    const auto start = Clock::now();
+    grid.SetRepaint(false);
+    HideUnmarked();
+    grid.SetRepaint(true);
+    EXPECT_EQ(view.model()->rowCount(), 100'000);
+    for (int page = 0; page < 20; ++page) {
+        view.verticalScrollBar()->setValue(page * 5000);
+        view.viewport()->repaint();
+    }
+    view.selectAll();
+    view.viewport()->repaint();
+    // Generous: it takes a tenth of this, but not on a machine under sanitizers that does other things too.
+    EXPECT_LT(Clock::now() - start, std::chrono::seconds(10));
+}
+
+TEST(CellLooks, AreReadableInLightAndDark) {
+    QPalette light;
+    light.setColor(QPalette::Base, Qt::white);
+    light.setColor(QPalette::Text, Qt::black);
+    light.setColor(QPalette::Highlight, QColor(48, 140, 198));
+    light.setColor(QPalette::HighlightedText, Qt::white);
+    QPalette dark = light;
+    dark.setColor(QPalette::Base, QColor(30, 30, 30));
+    dark.setColor(QPalette::Text, QColor(230, 230, 230));
+    for (const QPalette& palette : {light, dark}) {
+        for (const grid::Colour back :
+             {grid::colours::kWhite, grid::colours::kRed, grid::colours::kOneSided}) {
+            const CellLook look = LookOf(back, grid::colours::kBlack, palette);
+            EXPECT_GE(Contrast(look.back, look.text), 4.5) << back;
+            EXPECT_EQ(look.sign == CellSign::None, back == grid::colours::kWhite);
+            if (back != grid::colours::kWhite) {
+                const CellLook selected = Selected(look, palette);
+                EXPECT_GE(Contrast(selected.back, selected.text), 4.5) << back;
+            }
+        }
+    }
+    const CellLook compare = LookOf(grid::colours::kCompareBack, grid::colours::kRed, dark);
+    EXPECT_GE(Contrast(compare.back, compare.text), 4.5);
+}
+
+}  // namespace
+}  // namespace tavrel::app

@@ -1,0 +1,98 @@
+// Message boxes and the grid's menu as they appear on the screen.
+#include <QApplication>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QTest>
+#include <QTimer>
+#include <gtest/gtest.h>
+
+#include "app/GridMenu.h"
+#include "app/QtMessageBox.h"
+#include "app/QtText.h"
+
+namespace tavrel::app {
+namespace {
+
+using platform::MessageAnswer;
+using platform::MessageButtons;
+using platform::MessageIcon;
+
+struct Seen {
+    std::string title;
+    std::string text;
+    QMessageBox::Icon icon = QMessageBox::NoIcon;
+    std::vector<std::string> buttons;
+    std::string defaultButton;
+};
+
+class MessageBoxes : public ::testing::Test {
+  protected:
+    /// Shows the message, presses the key, returns what was answered.
+    MessageAnswer Answer(const platform::Message& message, Qt::Key key) {
+        QTimer::singleShot(0, [&] {
+            auto* box = dynamic_cast<QMessageBox*>(QApplication::activeModalWidget());
+            ASSERT_NE(box, nullptr);
+            seen = {FromQt(box->windowTitle()), FromQt(box->text()), box->icon(), {}, {}};
+            for (const QAbstractButton* button : box->buttons()) {
+                seen.buttons.push_back(FromQt(button->text()));
+            }
+            seen.defaultButton = box->defaultButton() != nullptr ? FromQt(box->defaultButton()->text()) : "";
+            hourglass = QApplication::overrideCursor() != nullptr &&
+                        QApplication::overrideCursor()->shape() == Qt::WaitCursor;
+            QTest::keyClick(box, key);
+        });
+        return QtMessageBox(window).Show(message);
+    }
+
+    QWidget window;
+    Seen seen;
+    bool hourglass = false;
+};
+
+TEST_F(MessageBoxes, CarryTextIconAndButtons) {
+    QApplication::setOverrideCursor(Qt::WaitCursor);
+    EXPECT_EQ(Answer({.text = "파일을 찾을 수 없습니다.\r\n\r\n<b>&x.mdb"}, Qt::Key_Return),
+              MessageAnswer::Ok);
+    EXPECT_FALSE(hourglass);
+    EXPECT_EQ(QApplication::overrideCursor()->shape(), Qt::WaitCursor);
+    QApplication::restoreOverrideCursor();
+    EXPECT_EQ(seen.title, "Tavrel");
+    EXPECT_EQ(seen.text, "파일을 찾을 수 없습니다.\n\n<b>&x.mdb");
+    EXPECT_EQ(seen.icon, QMessageBox::NoIcon);
+    EXPECT_EQ(seen.buttons, std::vector<std::string>{"확인"});
+    EXPECT_EQ(Answer({.text = "!", .icon = MessageIcon::Exclamation}, Qt::Key_Escape), MessageAnswer::Ok);
+    EXPECT_EQ(seen.icon, QMessageBox::Warning);
+    Answer({.text = "i", .icon = MessageIcon::Information}, Qt::Key_Escape);
+    EXPECT_EQ(seen.icon, QMessageBox::Information);
+}
+
+TEST_F(MessageBoxes, AnswerQuestionsWithTheDefaultButton) {
+    const platform::Message question = {.text = "?", .buttons = MessageButtons::YesNo, .defaultButton = 2};
+    EXPECT_EQ(Answer(question, Qt::Key_Return), MessageAnswer::No);
+    EXPECT_EQ(seen.defaultButton, "아니요(&N)");
+    EXPECT_EQ(seen.buttons.size(), 2U);
+    EXPECT_EQ(Answer(question, Qt::Key_Y), MessageAnswer::Yes);
+    EXPECT_EQ(Answer(question, Qt::Key_Escape), MessageAnswer::No);
+    EXPECT_EQ(Answer({.text = "?", .buttons = MessageButtons::YesNo}, Qt::Key_Return), MessageAnswer::Yes);
+}
+
+TEST_F(MessageBoxes, TheGridsMenuOffersCopyingAndSaving) {
+    std::vector<std::string> done;
+    const GridMenuActions actions = {.copy = [&] { done.emplace_back("copy"); },
+                                     .selectAll = [&] { done.emplace_back("all"); },
+                                     .save = [&](const ReportFormatLine& f) { done.emplace_back(f.suffix); }};
+    const auto menu = MakeGridMenu(window, true, actions);
+    for (QAction* action : menu->actions()) {
+        action->trigger();
+    }
+    EXPECT_EQ(done, (std::vector<std::string>{"copy", "all", ".html", ".csv", ".json"}));
+    done.clear();
+    const auto empty = MakeGridMenu(window, false, actions);
+    for (QAction* action : empty->actions()) {
+        action->trigger();
+    }
+    EXPECT_TRUE(done.empty());
+}
+
+}  // namespace
+}  // namespace tavrel::app
