@@ -1,0 +1,76 @@
+// Statements over a file: each leaves a sound database, and what it says can be read back.
+#include <gtest/gtest.h>
+
+#include "jet/session/SessionBench.h"
+
+namespace tavrel::testing {
+namespace {
+
+struct Step {
+    const char* statement;
+    const char* result;
+};
+
+/// The life of two tables, a statement at a time; both checkers look at the file after each.
+constexpr Step kLife[] = {
+    {"CREATE TABLE 고객 (번호 COUNTER CONSTRAINT pk PRIMARY KEY, 이름 TEXT(50) NOT NULL, 메모 MEMO, 금액 "
+     "CURRENCY "
+     "DEFAULT 0, 등록 DATETIME, 사용 YESNO)",
+     "0"},
+    {"INSERT INTO 고객 (이름, 메모) VALUES ('홍길동', 'first')", "1"},
+    {"INSERT INTO 고객 (이름, 금액, 사용) VALUES ('임꺽정', 1234.5, TRUE)", "1"},
+    {"SELECT 번호, 이름, 메모, 금액, 사용 FROM 고객 ORDER BY 번호",
+     "1|홍길동|first|0|0;2|임꺽정|~|1234.5|-1"},
+    {"UPDATE 고객 SET 메모 = '고침', 금액 = 금액 + 1 WHERE 이름 = '홍길동'", "1"},
+    {"SELECT 메모, 금액 FROM 고객 WHERE 번호 = 1", "고침|1"},
+    {"CREATE INDEX 이름순 ON 고객 (이름)", "0"},
+    {"SELECT 번호 FROM 고객 WHERE 이름 = '임꺽정'", "2"},
+    {"ALTER TABLE 고객 ADD COLUMN 나이 LONG DEFAULT 7", "0"},
+    {"SELECT 나이 FROM 고객", "~;~"},
+    {"INSERT INTO 고객 (이름) VALUES ('세번째')", "1"},
+    {"SELECT 나이 FROM 고객 WHERE 번호 = 3", "7"},
+    {"ALTER TABLE 고객 ALTER COLUMN 나이 TEXT(10)", "0"},
+    {"SELECT 나이 FROM 고객 WHERE 번호 = 3", "7"},
+    {"ALTER TABLE 고객 ALTER COLUMN 이름 TEXT(80)", "0"},
+    {"CREATE TABLE 주문 (주문번호 LONG, 고객번호 LONG, 품목 TEXT(20))", "0"},
+    {"ALTER TABLE 주문 ADD CONSTRAINT 주문키 PRIMARY KEY (주문번호)", "0"},
+    {"ALTER TABLE 주문 ADD CONSTRAINT 주문고객 FOREIGN KEY (고객번호) REFERENCES 고객 (번호) ON DELETE "
+     "CASCADE",
+     "0"},
+    {"INSERT INTO 주문 VALUES (1, 2, 'a')", "1"},
+    {"INSERT INTO 주문 VALUES (2, 3, 'b')", "1"},
+    {"DELETE FROM 고객 WHERE 번호 = 2", "1"},
+    {"SELECT 주문번호 FROM 주문", "2"},
+    {"BEGIN TRANSACTION", "0"},
+    {"DROP INDEX 이름순 ON 고객", "0"},
+    {"UPDATE 고객 SET 이름 = 'x'", "2"},
+    {"ROLLBACK", "0"},
+    {"SELECT 번호 FROM 고객 WHERE 이름 = '세번째'", "3"},
+    {"BEGIN TRANSACTION", "0"},
+    {"DROP INDEX 이름순 ON 고객", "0"},
+    {"UPDATE 고객 SET 이름 = 'x'", "2"},
+    {"COMMIT", "0"},
+    {"SELECT 번호 FROM 고객 WHERE 이름 = 'x' ORDER BY 번호", "1;3"},
+    {"ALTER TABLE 주문 DROP CONSTRAINT 주문고객", "0"},
+    {"ALTER TABLE 고객 DROP COLUMN 메모", "0"},
+    {"DROP TABLE 고객", "0"},
+    {"DROP TABLE 주문", "0"},
+};
+
+TEST(Session, EveryStatementLeavesASoundFile) {
+    SessionBench bench;
+    bool inTransaction = false;
+    for (const Step& step : kLife) {
+        SCOPED_TRACE(step.statement);
+        const std::string_view statement = step.statement;
+        inTransaction = (inTransaction && statement != "COMMIT" && statement != "ROLLBACK") ||
+                        statement.starts_with("BEGIN");
+        ASSERT_EQ(bench.Run(statement), step.result);
+        ASSERT_EQ(inTransaction ? bench.Findings() : bench.AllFindings(), "");
+    }
+    bench.Reopen();
+    EXPECT_EQ(bench.AllFindings(), "");
+}
+
+}  // namespace
+}  // namespace tavrel::testing
