@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <map>
 
+#include "jet/storage/SharedFile.h"
 #include "jet/storage/UsageMap.h"
 #include "platform/FileSystem.h"
 #include "text/Case.h"
@@ -22,7 +23,8 @@ Error OpenError(const Error& cause, const std::string& path, bool inUse) {
         case errors::kPathNotFound:
             return MakeError(errors::kBadPath, {path});
         default:
-            return MakeError(errors::kNoFilePermission, {path});
+            return MakeError(platform::FolderExists(path) ? errors::kBadPath : errors::kNoFilePermission,
+                             {path});
     }
 }
 
@@ -80,6 +82,20 @@ std::unique_ptr<platform::File> OpenOrThrow(const std::string& path, platform::F
     }
 }
 
+/// A file that this process holds for changing is looked at through what it holds.
+std::unique_ptr<platform::File> OpenForReading(const std::string& path) {
+    try {
+        return OpenOrThrow(path, platform::FileAccess::Read);
+    } catch (const Error& error) {
+        std::unique_ptr<platform::File> view =
+            error.Number() == errors::kFileInUse ? OpenView(path) : nullptr;
+        if (!view) {
+            throw;
+        }
+        return view;
+    }
+}
+
 /// Puts the pages back that an unfinished transaction has overwritten.
 void Recover(platform::File& file, const std::string& path) {
     if (const std::optional<OldPages> old = ReadOldPages(path)) {
@@ -95,7 +111,7 @@ void Recover(platform::File& file, const std::string& path) {
 }  // namespace
 
 std::unique_ptr<Database> Database::Open(const std::string& path, const OpenOptions& options) {
-    return OpenFile(OpenOrThrow(path, platform::FileAccess::Read), path, options, ReadOldPages(path));
+    return OpenFile(OpenForReading(path), path, options, ReadOldPages(path));
 }
 
 std::unique_ptr<Database> Database::OpenForChanges(const std::string& path, const OpenOptions& options) {
@@ -103,7 +119,7 @@ std::unique_ptr<Database> Database::OpenForChanges(const std::string& path, cons
              ReadOldPages(path));  // refusals change nothing
     std::unique_ptr<platform::File> file = OpenOrThrow(path, platform::FileAccess::ReadWrite);
     Recover(*file, path);
-    std::unique_ptr<Database> database = OpenFile(std::move(file), path, options);
+    std::unique_ptr<Database> database = OpenFile(ShareWithReaders(std::move(file), path), path, options);
     database->pager_->SetJournal(JournalFilesFor(path));
     return database;
 }

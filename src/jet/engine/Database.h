@@ -36,8 +36,9 @@ class TableWriter;
 
 class Database {
   public:
-    /// Opens for reading.  Throws 3024 (no such file), 3044 (folder), 3031 (password), 3041, 3045, 3049,
-    /// 3051, 3343, 3356.
+    /// Opens for reading.  A file that an EditSession of this process holds is read as it was when it was
+    /// opened here: what had been committed then.  Throws 3024 (no such file), 3044 (a folder, or one that is
+    /// missing), 3031 (password), 3041, 3045, 3049, 3051, 3343, 3356.
     static std::unique_ptr<Database> Open(const std::string& path, const OpenOptions& options = {});
     /// Opens for changing, which EditSession does: nobody else may have the file open.  What an unfinished
     /// transaction has left is undone first.

@@ -115,7 +115,7 @@ TEST_F(OpenDatabaseFileTest, EncipheredPagesReadLikePlainOnes) {
 TEST_F(OpenDatabaseFileTest, FilesThatAreNotThere) {
     EXPECT_EQ(OpenError(folder_.File("none.mdb")), errors::kDatabaseNotFound);
     EXPECT_EQ(OpenError(folder_.File("no/folder/none.mdb")), errors::kBadPath);
-    EXPECT_EQ(OpenError(folder_.Path()), errors::kNoFilePermission);
+    EXPECT_EQ(OpenError(folder_.Path()), errors::kBadPath);
     EXPECT_FALSE(std::filesystem::exists(folder_.File("none.mdb")));
 }
 

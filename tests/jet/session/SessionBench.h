@@ -22,8 +22,9 @@ class SessionBench {
         Reopen();
     }
 
+    void Close() { session_.reset(); }
     void Reopen() {
-        session_.reset();
+        Close();
         session_ = jet::EditSession::Open(path_, {.password = {}, .checkPassword = false},
                                           jet::EditSession::Durability::WrittenOut);
     }

@@ -72,5 +72,37 @@ TEST(Session, EveryStatementLeavesASoundFile) {
     EXPECT_EQ(bench.AllFindings(), "");
 }
 
+TEST(Session, ReadersOfTheSameProcessSeeWhatWasCommitted) {
+    SessionBench bench;
+    bench.Run("CREATE TABLE t (a LONG CONSTRAINT pk PRIMARY KEY, b MEMO)");
+    bench.Run("INSERT INTO t VALUES (1, 'before')");
+    EXPECT_EQ(ErrorOf([&] { jet::EditSession::Open(bench.Path()); }), errors::kFileInUse);
+
+    const auto reader = jet::Database::Open(bench.Path());
+    bench.Run("BEGIN TRANSACTION");
+    bench.Run("UPDATE t SET b = 'after'");
+    bench.Run("CREATE TABLE u (a LONG)");
+    EXPECT_EQ(ReadRows(*jet::Database::Open(bench.Path()), "t")[0][1], jet::Value("before"));
+    bench.Run("COMMIT");
+    for (int i = 2; i < 400; ++i) {
+        bench.Run("INSERT INTO t VALUES (" + std::to_string(i) + ", 'more')");
+    }
+    bench.Run("DROP TABLE u");
+
+    // Each reader has the database as it was when it was opened, wherever else it is looked for.
+    EXPECT_EQ(ReadRows(*reader, "t").size(), 1U);
+    EXPECT_EQ(reader->Catalog().FindTable("u"), nullptr);
+    EXPECT_EQ(SessionBench::FindingsOf(*reader), "");
+    const std::string folder = std::filesystem::path(bench.Path()).parent_path().string();
+    const auto late = jet::Database::Open(folder + "/./session.mdb");
+    EXPECT_EQ(ReadRows(*late, "t").size(), 399U);
+    EXPECT_EQ(SessionBench::FindingsOf(*late), "");
+
+    // A reader outlives the session.
+    bench.Close();
+    EXPECT_EQ(ReadRows(*jet::Database::Open(bench.Path()), "t").size(), 399U);
+    EXPECT_EQ(ReadRows(*reader, "t").size(), 1U);
+}
+
 }  // namespace
 }  // namespace tavrel::testing
