@@ -86,15 +86,15 @@ class ResultGrid {
     [[nodiscard]] bool RowHidden(int row) const;
 
     // ---- settings of the start-up
-    /// Locked cells cannot be edited while the grid is protected.
+    /// Locked cells cannot be edited.
     void SetCellLocked(bool locked);
     [[nodiscard]] bool CellLocked(int column, int row) const;
     /// 1: equal texts one below the other in the column FormatCol show as one cell.
     void SetColumnMerge(int mode);
     [[nodiscard]] int ColumnMerge(int column) const { return columnMerge_[Place(column)]; }
-    /// 1: locked cells are protected from editing.
-    void SetProtection(int mode) { protection_ = mode; }
-    [[nodiscard]] int Protection() const { return protection_; }
+    /// 1: the columns that merge do so; 0: none does.
+    void SetMerging(int mode) { merging_ = mode; }
+    [[nodiscard]] int Merging() const { return merging_; }
 
     // ---- header
     void JoinCells(int column, int row, int columns, int rows);
@@ -146,7 +146,7 @@ class ResultGrid {
         bool locked;
     };
     std::vector<LockedRange> locks_;  ///< the last one that holds a cell counts
-    int protection_ = 0;
+    int merging_ = 0;
     int activeColumn_ = 1;
     int activeRow_ = 1;
     int formatCol_ = 1;

@@ -145,7 +145,7 @@ TEST(ResultGrid, FormatsTheSelection) {
     grid.SetFormatCol(-1);
     grid.SetFormatRow(-1);
     grid.SetCellLocked(true);
-    grid.SetProtection(1);
+    grid.SetMerging(1);
     grid.SetFormatCol(17);
     grid.SetFormatCol2(17);
     grid.SetFormatRow(2);

@@ -20,8 +20,12 @@ struct FreeColumn {
 constexpr std::array<FreeColumn, 3> kFree = {{{cell::kTable, 4}, {cell::kField, 4}, {cell::kDefault, 2}}};
 constexpr int kBothShares = 20;
 
-/// The longest type name that is common.
-constexpr const char* kUsualType = "Currency";
+/// Texts that are common and longer than their columns' captions.
+struct UsualText {
+    int column;  ///< of side A
+    const char* text;
+};
+constexpr std::array<UsualText, 2> kUsual = {{{cell::kType, "Currency"}, {cell::kDefault, "False"}}};
 
 /// A free column never gives more than this part of its width.
 constexpr double kMostGiven = 0.25;
@@ -32,11 +36,13 @@ double UnitWidth(const QFontMetrics& metrics) {
 }
 
 int NeededWidth(const QFontMetrics& metrics, int column) {
-    const bool isType = column == cell::kType || column == cell::kType + grid::kSideBOffset;
-    const QString caption = ToQt(grid::LayoutOf(column).caption);
-    const int text = metrics.horizontalAdvance(caption);
-    const int usual = isType ? metrics.horizontalAdvance(QString::fromLatin1(kUsualType)) : 0;
-    return std::max(text, usual) + 2 * kCellMargin + 2;
+    int text = metrics.horizontalAdvance(ToQt(grid::LayoutOf(column).caption));
+    for (const UsualText& usual : kUsual) {
+        if (column == usual.column || column == usual.column + grid::kSideBOffset) {
+            text = std::max(text, metrics.horizontalAdvance(QString::fromLatin1(usual.text)));
+        }
+    }
+    return text + 2 * kCellMargin + 2;
 }
 
 ColumnWidths GivenWidths(const QFontMetrics& metrics, int rowNumbers) {
@@ -63,9 +69,10 @@ ColumnWidths WidthsFor(const QFontMetrics& metrics, int room, int rowNumbers) {
     for (const FreeColumn& free : kFree) {
         for (const int column : {free.column, free.column + grid::kSideBOffset}) {
             int& width = widths[static_cast<std::size_t>(column)];
-            const int least = static_cast<int>(-kMostGiven * width);
-            width += std::max(
-                static_cast<int>(std::floor(static_cast<double>(over) * free.share / kBothShares)), least);
+            const int least =
+                std::max(static_cast<int>(width * (1 - kMostGiven)), NeededWidth(metrics, column));
+            const double share = static_cast<double>(over) * free.share / kBothShares;
+            width = std::max(width + static_cast<int>(std::floor(share)), least);
         }
     }
     return widths;

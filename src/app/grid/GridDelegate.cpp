@@ -1,5 +1,7 @@
 #include "app/grid/GridDelegate.h"
 
+#include <cmath>
+
 #include <QPainter>
 
 #include "app/QtText.h"
@@ -12,12 +14,19 @@ namespace {
 constexpr int kSignBar = 3;
 constexpr int kSignCorner = 6;
 
+/// As many whole pixels of the screen as one of the layout has, so that lines look alike at every scaling.
+double LineWidth(const QPainter& painter) {
+    const double pixels = painter.device()->devicePixelRatioF();
+    return std::floor(pixels) / pixels;
+}
+
 void DrawLines(QPainter& painter, const QStyleOptionViewItem& option, bool below) {
-    const QRect& rect = option.rect;
-    painter.setPen(GridLineColour(option.palette));
-    painter.drawLine(rect.topRight(), rect.bottomRight());
+    const QRectF rect = option.rect;
+    const double width = LineWidth(painter);
+    const QColor colour = GridLineColour(option.palette);
+    painter.fillRect(QRectF(rect.right() - width, rect.top(), width, rect.height()), colour);
     if (below) {
-        painter.drawLine(rect.bottomLeft(), rect.bottomRight());
+        painter.fillRect(QRectF(rect.left(), rect.bottom() - width, rect.width(), width), colour);
     }
 }
 
@@ -34,11 +43,6 @@ void DrawSign(QPainter& painter, const QRect& rect, const CellLook& look) {
     }
 }
 
-QRect TextRoom(const QRect& rect, CellSign sign) {
-    const int left = sign == CellSign::Bar ? kSignBar : 0;
-    return rect.adjusted(left + kCellMargin, 0, -kCellMargin - 1, -1);
-}
-
 void DrawText(QPainter& painter, const QRect& room, int column, const QString& text) {
     const QFontMetrics metrics = painter.fontMetrics();
     const int width = metrics.horizontalAdvance(text);
@@ -53,12 +57,18 @@ void DrawText(QPainter& painter, const QRect& room, int column, const QString& t
 
 }  // namespace
 
+QRect TextRoom(const QRect& rect, int gridColumn, CellSign sign) {
+    const bool beside = sign != CellSign::None && AlignmentOf(gridColumn).testFlag(Qt::AlignLeft);
+    return rect.adjusted(kCellMargin + (beside ? kSignBar : 0), 0, -kCellMargin - 1, -1);
+}
+
 GridDelegate::GridDelegate(const GridModel& model, QObject* parent)
     : QAbstractItemDelegate(parent), model_(model) {}
 
 bool GridDelegate::MergesWithAbove(int column, int modelRow) const {
     const grid::ResultGrid& grid = model_.Grid();
-    if (grid.ColumnMerge(column) != 1 || modelRow < 1 || modelRow >= model_.rowCount()) {
+    if (grid.Merging() != 1 || grid.ColumnMerge(column) != 1 || modelRow < 1 ||
+        modelRow >= model_.rowCount()) {
         return false;
     }
     const int row = model_.GridRow(modelRow);
@@ -86,7 +96,7 @@ void GridDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
         font.setBold(IsBold(look.sign));
         painter->setFont(font);
         painter->setPen(look.text);
-        DrawText(*painter, TextRoom(option.rect, look.sign), column, ToQt(text));
+        DrawText(*painter, TextRoom(option.rect, column, look.sign), column, ToQt(text));
     }
     if (option.state.testFlag(QStyle::State_HasFocus)) {
         painter->setPen(look.text);

@@ -3,12 +3,16 @@
 
 #include <QAbstractItemDelegate>
 
+#include "app/grid/GridColours.h"
 #include "app/grid/GridModel.h"
 
 namespace tavrel::app {
 
 /// Blank pixels left and right of a cell's text.
 inline constexpr int kCellMargin = 3;
+
+/// Where a cell's text is drawn: beside the cell's sign when it begins at the left.
+QRect TextRoom(const QRect& rect, int gridColumn, CellSign sign);
 
 class GridDelegate : public QAbstractItemDelegate {
   public:

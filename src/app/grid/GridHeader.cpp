@@ -101,8 +101,13 @@ void GridHeader::paintEvent(QPaintEvent* event) {
     }
 }
 
-QString GridHeader::Fitting(const Cell& cell, const QRect& room) const {
-    const int width = room.width() - 2 * kTextMargin;
+/// The text of a band stays in view, that of a column moves with it.
+QRect GridHeader::TextRoom(const Cell& cell) const {
+    return cell.cells.columns > 1 ? cell.rect & viewport()->rect() : cell.rect;
+}
+
+QString GridHeader::Fitting(const Cell& cell) const {
+    const int width = TextRoom(cell).width() - 2 * kTextMargin;
     const Qt::TextElideMode mode = cell.cells.columns > 1 ? Qt::ElideMiddle : Qt::ElideRight;
     return fontMetrics().elidedText(cell.text, mode, width);
 }
@@ -121,9 +126,8 @@ void GridHeader::PaintCell(QPainter& painter, const Cell& cell) const {
     style()->drawControl(QStyle::CE_HeaderSection, &option, &painter, this);
     painter.setPen(palette().color(QPalette::ButtonText));
     painter.setFont(font());
-    const QRect room = cell.rect & viewport()->rect();
-    painter.drawText(room.adjusted(kTextMargin, 0, -kTextMargin, 0), Qt::AlignCenter | Qt::TextSingleLine,
-                     Fitting(cell, room));
+    painter.drawText(TextRoom(cell).adjusted(kTextMargin, 0, -kTextMargin, 0),
+                     Qt::AlignCenter | Qt::TextSingleLine, Fitting(cell));
     painter.restore();
 }
 
@@ -151,7 +155,7 @@ bool GridHeader::viewportEvent(QEvent* event) {
     auto* help = static_cast<QHelpEvent*>(event);
     const std::vector<Cell> cells = VisibleCells();
     const Cell* cell = At(cells, help->pos());
-    const bool cut = cell != nullptr && Fitting(*cell, cell->rect & viewport()->rect()) != cell->text;
+    const bool cut = cell != nullptr && Fitting(*cell) != cell->text;
     QToolTip::showText(help->globalPos(), cut ? cell->text : QString(), viewport());
     return true;
 }

@@ -40,8 +40,9 @@ class GridHeader : public QHeaderView {
     [[nodiscard]] QString TextOf(const grid::JoinedCells& cells) const;
     [[nodiscard]] std::vector<grid::JoinedCells> Layout() const;
     void PaintCell(QPainter& painter, const Cell& cell) const;
-    /// Text as it fits the part of the cell that is in view.
-    [[nodiscard]] QString Fitting(const Cell& cell, const QRect& room) const;
+    [[nodiscard]] QRect TextRoom(const Cell& cell) const;
+    /// The text, with its middle (of a band) or its end left out where it does not fit.
+    [[nodiscard]] QString Fitting(const Cell& cell) const;
     [[nodiscard]] const Cell* At(const std::vector<Cell>& cells, const QPoint& position) const;
 
     const grid::ResultGrid& grid_;

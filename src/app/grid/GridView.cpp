@@ -202,9 +202,10 @@ void GridView::changeEvent(QEvent* event) {
 QString GridView::CutText(const QModelIndex& index) const {
     const QString text = model_->data(index).toString();
     QFont font = this->font();
-    const grid::Colour back = grid_.BackColor(index.column() + 1, model_->GridRow(index.row()));
-    font.setBold(IsBold(LookOf(back, 0, palette()).sign));
-    const int room = columnWidth(index.column()) - 2 * kCellMargin - 1;
+    const int column = index.column() + 1;
+    const CellSign sign = LookOf(grid_.BackColor(column, model_->GridRow(index.row())), 0, palette()).sign;
+    font.setBold(IsBold(sign));
+    const int room = TextRoom(visualRect(index), column, sign).width();
     return QFontMetrics(font).horizontalAdvance(text) > room ? text : QString();
 }
 

@@ -45,7 +45,7 @@ void InitGrid(grid::ResultGrid& grid) {
         grid.SetFormatCol(column);
         grid.SetColumnMerge(1);
     }
-    grid.SetProtection(1);
+    grid.SetMerging(1);
 }
 
 void LockCells(grid::ResultGrid& grid) {
