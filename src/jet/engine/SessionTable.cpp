@@ -175,6 +175,12 @@ std::uint64_t SessionTable::RowCount() const {
     return rows;
 }
 
+/// What the definition says; where it says nothing, rows are counted after all, which costs no more than the
+/// pages that there are.
+std::uint64_t SessionTable::RowEstimate() const {
+    return definition_.rowCount > 0 ? definition_.rowCount : RowCount();
+}
+
 std::unique_ptr<sql::RowReader> SessionTable::Scan(std::span<const std::size_t> /*columns*/) {
     return std::make_unique<TableReader>(database_, definition_, order_);
 }

@@ -24,6 +24,7 @@ class SessionTable : public sql::TableAccess {
     [[nodiscard]] const std::vector<sql::TableColumn>& Columns() const override { return columns_; }
     [[nodiscard]] const std::vector<sql::TableIndex>& Indexes() const override { return indexes_; }
     [[nodiscard]] std::uint64_t RowCount() const override;
+    [[nodiscard]] std::uint64_t RowEstimate() const override;
     std::unique_ptr<sql::RowReader> Scan(std::span<const std::size_t> columns) override;
     std::unique_ptr<sql::IndexCursor> OpenIndex(std::size_t index,
                                                 std::span<const std::size_t> columns) override;

@@ -30,7 +30,7 @@ class Chooser {
   public:
     Chooser(const TableAccess& table, std::size_t source, const std::vector<Conjunct>& conjuncts,
             SourceMask available)
-        : table_(table), rows_(static_cast<double>(table.RowCount())) {
+        : table_(table), rows_(static_cast<double>(table.RowEstimate())) {
         for (const Conjunct& conjunct : conjuncts) {
             for (const ColumnTerm& term : conjunct.terms) {
                 if (term.source == source && (term.mask & ~available) == 0) {

@@ -196,7 +196,8 @@ std::optional<RowStreamPtr> Planner::LookUpEach(const Unit& outer, Unit& inner, 
     // Terms are looked for among all conditions: those of the table alone may lengthen the key.
     const std::size_t own = inner.conditions.size();
     Append(inner.conditions, std::move(conditions));
-    const double whole = static_cast<double>(binder_.GetScope().sources[inner.source]->Table()->RowCount());
+    const double whole =
+        static_cast<double>(binder_.GetScope().sources[inner.source]->Table()->RowEstimate());
     IndexChoice choice = ChooseIndex(binder_, inner.source, inner.conditions, outer.mask);
     const bool useful = choice.found && outer.size * (1 + choice.rows) * kLookupCost < whole + outer.size;
     conditions.assign(std::make_move_iterator(inner.conditions.begin() + static_cast<std::ptrdiff_t>(own)),

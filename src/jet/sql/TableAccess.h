@@ -80,6 +80,8 @@ class TableAccess {
     [[nodiscard]] virtual const std::vector<TableIndex>& Indexes() const = 0;
     /// Exact, and without reading rows.
     [[nodiscard]] virtual std::uint64_t RowCount() const = 0;
+    /// Cheap, for choosing between ways; may be wrong.
+    [[nodiscard]] virtual std::uint64_t RowEstimate() const { return RowCount(); }
     /// All rows in storage order.  `columns` (ascending) are those that Get will be asked for.
     virtual std::unique_ptr<RowReader> Scan(std::span<const std::size_t> columns) = 0;
     /// `index` is a place in Indexes().  Rows come in key order.
