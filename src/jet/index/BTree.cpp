@@ -144,8 +144,12 @@ void BTree::Insert(ByteView key, RowPointer row) {
 
 bool BTree::Contains(ByteView key) {
     const Path path = Descend(key, 0);
+    PageNumber pagesLeft = pager_.PageCount();
     for (PageNumber number = path.back().page; number != 0;) {
         const PageRef page = pager_.Read(number);
+        if (pagesLeft-- == 0) {
+            ThrowDamaged("인덱스의 잎이 되풀이됨");
+        }
         const EntryTable table(page);
         const unsigned at = number == path.back().page ? path.back().at : 0;
         if (at < table.Count()) {

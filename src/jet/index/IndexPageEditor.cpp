@@ -9,7 +9,6 @@ namespace tavrel::jet {
 
 namespace {
 
-constexpr std::size_t kMask = 0x1B;
 constexpr std::size_t kTail = 0x14;
 constexpr std::size_t kPrefix = 0x18;
 constexpr std::size_t kChildBytes = 4;
@@ -17,21 +16,17 @@ constexpr std::size_t kRowBytes = 4;
 
 }  // namespace
 
-EntryTable::EntryTable(ByteView page)
-    : prefix_(U16(page, kPrefix)) {  // NOLINT: ends_ is filled as far as used
+EntryTable::EntryTable(ByteView page) {
     if (page.size() != kPageSize || (page[0] != kPageTypeLeaf && page[0] != kPageTypeNode)) {
         ThrowDamaged("인덱스 페이지가 아님");
     }
     leaf_ = page[0] == kPageTypeLeaf;
-    for (std::size_t byte = kMask; byte < kIndexEntries; ++byte) {
-        for (unsigned bits = page[byte]; bits != 0; bits &= bits - 1) {
-            ends_[count_++] = static_cast<std::uint16_t>((byte - kMask) * 8 +
-                                                         static_cast<unsigned>(std::countr_zero(bits)));
-            if (count_ > kIndexRoom) {
-                ThrowDamaged("인덱스 페이지의 항목 표시가 잘못됨");
-            }
-        }
+    prefix_ = U16(page, kPrefix);
+    mask_ = EntryMask(page);
+    for (std::size_t i = 0; i < EntryMask::kWords; ++i) {
+        before_[i + 1] = static_cast<std::uint16_t>(before_[i] + std::popcount(mask_.Word(i)));
     }
+    used_ = mask_.Highest();
     CheckEnds();
 }
 
@@ -39,14 +34,26 @@ EntryTable::EntryTable(ByteView page)
 void EntryTable::CheckEnds() const {
     const unsigned whole = leaf_ ? kRowBytes : kRowBytes + kChildBytes;
     const unsigned own = leaf_ ? 1 : kChildBytes;
-    if (count_ > 0 && (Used() > kIndexRoom || ends_[0] < std::max(whole, prefix_ + own))) {
+    if (Count() > 0 && (used_ > kIndexRoom || mask_.Lowest() < std::max(whole, prefix_ + own))) {
         ThrowDamaged("인덱스 페이지의 항목이 잘못됨");
     }
-    for (unsigned i = 1; i < count_; ++i) {
-        if (End(i) - Start(i) < own || prefix_ + End(i) - Start(i) < whole) {
-            ThrowDamaged("인덱스 항목이 너무 짧음");
+    if (mask_.Crowded(std::max(own, whole > prefix_ ? whole - prefix_ : 0))) {
+        ThrowDamaged("인덱스 항목이 너무 짧음");
+    }
+}
+
+unsigned EntryTable::End(unsigned entry) const {
+    std::size_t word = 0;
+    for (std::size_t step = 32; step != 0; step /= 2) {
+        if (word + step < EntryMask::kWords && before_[word + step] <= entry) {
+            word += step;
         }
     }
+    std::uint64_t bits = mask_.Word(word);
+    for (unsigned skip = entry - before_[word]; skip != 0; --skip) {
+        bits &= bits - 1;
+    }
+    return static_cast<unsigned>(64 * word) + static_cast<unsigned>(std::countr_zero(bits));
 }
 
 ByteVector EntryTable::Entry(ByteView page, unsigned entry) const {
@@ -60,7 +67,7 @@ ByteVector EntryTable::Entry(ByteView page, unsigned entry) const {
 }
 
 PageNumber EntryTable::Child(ByteView page, unsigned entry) const {
-    return entry == count_ ? U32(page, kTail) : U32Be(page, kIndexEntries + End(entry) - kChildBytes);
+    return entry == Count() ? U32(page, kTail) : U32Be(page, kIndexEntries + End(entry) - kChildBytes);
 }
 
 /// Compares an entry with a bound whose first `skip` bytes are known to be equal to the page's prefix.
@@ -78,18 +85,18 @@ int EntryTable::Compare(ByteView page, unsigned entry, ByteView bound, unsigned 
 
 unsigned EntryTable::LowerBound(ByteView page, ByteView bound) const {
     unsigned skip = 0;
-    if (prefix_ > 0 && count_ > 0) {
+    if (prefix_ > 0 && Count() > 0) {
         // All entries begin with the prefix: a bound that does not stands before or behind all of them.
         const ByteView prefix = page.subspan(kIndexEntries, prefix_);
         const int order =
             std::memcmp(prefix.data(), bound.data(), std::min<std::size_t>(prefix_, bound.size()));
         if (order != 0 || bound.size() < prefix_) {
-            return order < 0 ? count_ : 0;
+            return order < 0 ? Count() : 0;
         }
         skip = prefix_;
     }
     unsigned low = 0;
-    unsigned high = count_;
+    unsigned high = Count();
     while (low < high) {
         const unsigned middle = (low + high) / 2;
         if (Compare(page, middle, bound, skip) < 0) {
@@ -133,28 +140,17 @@ void IndexPageEditor::Format(PageNumber owner, unsigned level) {
     SetUsed(0);
 }
 
-void IndexPageEditor::MarkEnd(std::size_t end) {
-    page_[kMask + end / 8] = static_cast<std::uint8_t>(page_[kMask + end / 8] | 1U << end % 8);
-}
-
-/// Clears the marks of ends at or behind `from`.
-void IndexPageEditor::ClearMarks(std::size_t from) {
-    const std::size_t byte = kMask + from / 8;
-    page_[byte] = static_cast<std::uint8_t>(page_[byte] & ((1U << from % 8) - 1));
-    std::fill(page_.begin() + static_cast<std::ptrdiff_t>(byte) + 1, page_.begin() + kIndexEntries,
-              std::uint8_t{0});
-}
-
 void IndexPageEditor::SetEntries(const std::vector<ByteVector>& entries, std::size_t prefix) {
-    ClearMarks(0);
+    EntryMask mask;
     PutU16(page_, kPrefix, static_cast<std::uint16_t>(entries.empty() ? 0 : prefix));
     std::size_t used = 0;
     for (const ByteVector& entry : entries) {
         const auto from = entry.begin() + static_cast<std::ptrdiff_t>(used == 0 ? 0 : prefix);
         std::copy(from, entry.end(), page_.begin() + static_cast<std::ptrdiff_t>(kIndexEntries + used));
         used += static_cast<std::size_t>(entry.end() - from);
-        MarkEnd(used);
+        mask.Set(used);
     }
+    mask.Store(page_);
     std::fill(page_.begin() + static_cast<std::ptrdiff_t>(kIndexEntries + used), page_.end(),
               std::uint8_t{0});
     SetUsed(used);
@@ -174,11 +170,10 @@ bool IndexPageEditor::TryInsert(const EntryTable& table, unsigned at, ByteView e
     std::uint8_t* place = page_.data() + kIndexEntries + start;
     std::memmove(place + stored.size(), place, table.Used() - start);
     std::memcpy(place, stored.data(), stored.size());
-    ClearMarks(start + 1);
-    MarkEnd(start + stored.size());
-    for (unsigned i = at; i < table.Count(); ++i) {
-        MarkEnd(table.End(i) + stored.size());
-    }
+    EntryMask mask = table.Mask();
+    mask.MoveUp(start, stored.size());
+    mask.Set(start + stored.size());
+    mask.Store(page_);
     SetUsed(table.Used() + stored.size());
     return true;
 }
@@ -189,13 +184,13 @@ void IndexPageEditor::Remove(const EntryTable& table, unsigned at) {
     if (at == 0 && table.Count() > 1) {
         keep = table.Prefix();
     }
-    const unsigned gone = table.End(at) - start - keep;
+    const unsigned end = table.End(at);
+    const unsigned gone = end - start - keep;
     std::uint8_t* place = page_.data() + kIndexEntries + start + keep;
-    std::memmove(place, place + gone, table.Used() - table.End(at));
-    ClearMarks(start + 1);
-    for (unsigned i = at + 1; i < table.Count(); ++i) {
-        MarkEnd(table.End(i) - gone);
-    }
+    std::memmove(place, place + gone, table.Used() - end);
+    EntryMask mask = table.Mask();
+    mask.MoveDown(start, end, gone);
+    mask.Store(page_);
     if (table.Count() == 1) {
         PutU16(page_, kPrefix, 0);
     }

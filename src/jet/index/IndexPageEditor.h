@@ -4,6 +4,7 @@
 #include <array>
 #include <vector>
 
+#include "jet/index/EntryMask.h"
 #include "jet/index/IndexPage.h"
 
 namespace tavrel::jet {
@@ -15,12 +16,14 @@ class EntryTable {
     /// Throws 3428 when the page is no index page or its entry mask is impossible.
     explicit EntryTable(ByteView page);
 
-    [[nodiscard]] unsigned Count() const { return count_; }
-    [[nodiscard]] unsigned Start(unsigned entry) const { return entry == 0 ? 0 : ends_[entry - 1]; }
-    [[nodiscard]] unsigned End(unsigned entry) const { return ends_[entry]; }
-    [[nodiscard]] unsigned Used() const { return count_ == 0 ? 0 : ends_[count_ - 1]; }
+    [[nodiscard]] unsigned Count() const { return before_[EntryMask::kWords]; }
+    [[nodiscard]] unsigned Start(unsigned entry) const { return entry == 0 ? 0 : End(entry - 1); }
+    /// REQUIRES: entry < Count().
+    [[nodiscard]] unsigned End(unsigned entry) const;
+    [[nodiscard]] unsigned Used() const { return used_; }
     [[nodiscard]] unsigned Prefix() const { return prefix_; }
     [[nodiscard]] bool Leaf() const { return leaf_; }
+    [[nodiscard]] const EntryMask& Mask() const { return mask_; }
 
     /// The whole entry, prefix put back.
     [[nodiscard]] ByteVector Entry(ByteView page, unsigned entry) const;
@@ -36,8 +39,9 @@ class EntryTable {
 
     bool leaf_ = true;
     unsigned prefix_ = 0;
-    unsigned count_ = 0;
-    std::array<std::uint16_t, kIndexRoom + 1> ends_;  // NOLINT: filled up to count_ only, for speed
+    unsigned used_ = 0;
+    EntryMask mask_;
+    std::array<std::uint16_t, EntryMask::kWords + 1> before_{};  ///< ends in the words before each
 };
 
 /// The bytes that a page's entries take with a prefix left out of all but the first.
@@ -68,8 +72,6 @@ class IndexPageEditor {
 
   private:
     void SetUsed(std::size_t used) { PutU16(page_, 0x02, static_cast<std::uint16_t>(kIndexRoom - used)); }
-    void MarkEnd(std::size_t end);
-    void ClearMarks(std::size_t from);
 
     Page& page_;
 };
