@@ -14,6 +14,14 @@ constexpr std::size_t kPrefix = 0x18;
 constexpr std::size_t kChildBytes = 4;
 constexpr std::size_t kRowBytes = 4;
 
+/// std::popcount calls a function where the processor to be built for has no instruction of its own.
+unsigned CountBits(std::uint64_t word) {
+    word -= word >> 1 & 0x5555555555555555;
+    word = (word & 0x3333333333333333) + (word >> 2 & 0x3333333333333333);
+    word = (word + (word >> 4)) & 0x0F0F0F0F0F0F0F0F;
+    return static_cast<unsigned>(word * 0x0101010101010101 >> 56);
+}
+
 }  // namespace
 
 EntryTable::EntryTable(ByteView page) {
@@ -24,7 +32,7 @@ EntryTable::EntryTable(ByteView page) {
     prefix_ = U16(page, kPrefix);
     mask_ = EntryMask(page);
     for (std::size_t i = 0; i < EntryMask::kWords; ++i) {
-        before_[i + 1] = static_cast<std::uint16_t>(before_[i] + std::popcount(mask_.Word(i)));
+        before_[i + 1] = static_cast<std::uint16_t>(before_[i] + CountBits(mask_.Word(i)));
     }
     used_ = mask_.Highest();
     CheckEnds();
