@@ -5,6 +5,9 @@
 
 namespace tavrel::platform {
 
+/// The running executable in full.  Throws Error when the system does not tell.
+std::string ProgramPath();
+
 /// The folder of the running executable, without a separator at its end.  Throws Error.
 std::string ProgramFolder();
 

@@ -21,13 +21,18 @@ std::string StateFolder() {
 
 }  // namespace
 
-std::string ProgramFolder() {
+std::string ProgramPath() {
+    constexpr const char* kSelf = "/proc/self/exe";
     std::error_code failure;
-    const std::filesystem::path program = std::filesystem::read_symlink("/proc/self/exe", failure);
+    const std::filesystem::path program = std::filesystem::read_symlink(kSelf, failure);
     if (failure) {
-        throw SystemError(failure.value(), "/proc/self/exe");
+        throw SystemError(failure.value(), kSelf);
     }
-    return program.parent_path().string();
+    return program.string();
+}
+
+std::string ProgramFolder() {
+    return std::filesystem::path(ProgramPath()).parent_path().string();
 }
 
 std::string WritableProgramFolder() {

@@ -23,7 +23,7 @@ bool CanBeWritten(const std::string& folder) {
 
 }  // namespace
 
-std::string ProgramFolder() {
+std::string ProgramPath() {
     std::wstring path(MAX_PATH, L'\0');
     DWORD length = ::GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size()));
     while (length == path.size()) {
@@ -34,7 +34,12 @@ std::string ProgramFolder() {
         throw LastSystemError({});
     }
     path.resize(length);
-    return Narrow(path.substr(0, path.find_last_of(L'\\')));
+    return Narrow(path);
+}
+
+std::string ProgramFolder() {
+    const std::string path = ProgramPath();
+    return path.substr(0, path.find_last_of('\\'));
 }
 
 std::string WritableProgramFolder() {
