@@ -123,10 +123,10 @@ bool Passes(std::int16_t version, const Step& step) {
 
 }  // namespace
 
-void RunSteps(const Script& steps, const Script& procedures, std::int16_t version) {
+void RunSteps(const Script& steps, const Script& procedures, std::int16_t version, std::int16_t last) {
     for (const Block& block : steps.Blocks()) {
         const Step& step = std::get<Step>(block.heading);
-        if (Passes(version, step)) {
+        if (step.number <= last && Passes(version, step)) {
             if (stepListener) {
                 stepListener(step.number);
             }
