@@ -1,7 +1,6 @@
 #include "compare/CompareRun.h"
 
-#include <cstdint>
-
+#include "compare/PatchedCopies.h"
 #include "compare/SchemaSnapshot.h"
 #include "compare/StructureComparison.h"
 #include "db/ErrorMessage.h"
@@ -15,9 +14,6 @@ namespace {
 constexpr const char* kNoPath = "DataBase 파일을 선택하세요.";
 constexpr const char* kNoFile = "파일을 찾을 수 없습니다.\r\n\r\n";
 constexpr int kRunSteps = 5;
-constexpr std::int32_t kUnsupported = 445;
-constexpr const char* kNoPatches =
-    "이 프로그램에서는 제품 스키마 패치를 할 수 없습니다. 제품을 선택하지 마십시오.";
 
 /// Hourglass, no repainting, visible progress bars: from here to the end of the block, however it is left.
 class BusyState {
@@ -79,10 +75,9 @@ bool CompareRun::PathIsGood(std::size_t side) {
 }
 
 bool CompareRun::PrepareCopies(std::string& pathA, std::string& pathB) {
-    if (copies_ == nullptr) {
-        throw Error(kUnsupported, kNoPatches);
-    }
-    return copies_->Prepare(controls_, pathA, pathB);
+    PatchedCopies patched;
+    WorkingCopies& copies = copies_ != nullptr ? *copies_ : patched;
+    return copies.Prepare(controls_, pathA, pathB);
 }
 
 void CompareRun::SnapshotAndCompare(const std::string& pathA, const std::string& pathB) {

@@ -24,7 +24,7 @@ enum class RunOutcome {
 
 class CompareRun {
   public:
-    /// The controls must outlive the run; `copies` (not owned) may be null, then no product can be compared.
+    /// The controls must outlive the run; `copies` (not owned) stands in for the real working copies.
     explicit CompareRun(WorkbenchControls& controls, WorkingCopies* copies = nullptr)
         : controls_(controls), copies_(copies) {}
 

@@ -43,7 +43,8 @@ struct FixedControls {
         : fields{FixedText(request.a.path),     FixedText(request.b.path),  FixedText(request.a.password),
                  FixedText(request.b.password), FixedText(request.a.table), FixedText(request.b.table)},
           options{FixedOption(request.bothOnly), FixedOption(request.indexOnly),
-                  FixedOption(request.onlyDifferences)} {}
+                  FixedOption(request.onlyDifferences)},
+          product(request.product) {}
 
     WorkbenchControls Wire(grid::ResultGrid& grid, const Surroundings& around) {
         return {.txtDBPath = {&fields[0], &fields[1]},
@@ -55,11 +56,12 @@ struct FixedControls {
                 .pointer = &noPointer,
                 .messages = &around.messages,
                 .spList = &grid,
-                .AppCode = {}};
+                .AppCode = product};
     }
 
     std::array<FixedText, 6> fields;
     std::array<FixedOption, 3> options;
+    std::string product;
     NoMessageField messageField;
     NoPointer noPointer;
 };

@@ -21,6 +21,7 @@ struct DatabaseChoice {
 struct CompareRequest {
     DatabaseChoice a;
     DatabaseChoice b;
+    std::string product;           ///< code of the product to whose schema copies are brought; empty: none
     bool bothOnly = false;         ///< leave out fields of one side only
     bool indexOnly = false;        ///< compare table, P, F, I and field name only
     bool onlyDifferences = false;  ///< hide rows without mark

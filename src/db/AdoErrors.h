@@ -24,9 +24,19 @@ inline constexpr std::int32_t kConnectionUnusable = 3709;
 /// One of ADO's own errors (or the run-time's) with its Korean description.
 Error AdoError(std::int32_t number);
 
-/// Called from a handler: throws what is being handled as the provider reports it.  An engine's Error gets
-/// the provider's 32-bit number (below 0) and keeps its description; a lack of memory becomes 7; anything
-/// else goes on unchanged.
+/// A failure of the engine as the provider reports it: the provider's 32-bit number (below 0), the engine's
+/// description, and beside them the engine's own number.
+class ProviderError : public Error {
+  public:
+    explicit ProviderError(const Error& engine);
+    [[nodiscard]] std::int32_t EngineNumber() const { return engineNumber_; }
+
+  private:
+    std::int32_t engineNumber_;
+};
+
+/// Called from a handler: throws what is being handled as the provider reports it.  An engine's Error becomes
+/// a ProviderError, a lack of memory Error 7; anything else goes on unchanged.
 [[noreturn]] void ThrowAsProvider();
 
 /// Runs `work`, its failures thrown by ThrowAsProvider.

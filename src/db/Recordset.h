@@ -51,6 +51,9 @@ class Recordset {
     /// To the next row.  Throws Error 3021 when Eof already.
     void MoveNext();
 
+    /// Back to the first row.
+    void MoveFirst();
+
     /// Number of columns.
     [[nodiscard]] std::int32_t FieldCount() const;
     /// A column of the current row, counted from 0.  Throws Error 3021 at Eof, 3265 outside the columns.

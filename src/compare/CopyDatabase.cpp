@@ -1,0 +1,58 @@
+#include "compare/CopyDatabase.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <filesystem>
+#include <vector>
+
+#include "jet/storage/Journal.h"
+#include "platform/File.h"
+#include "platform/FileSystem.h"
+
+namespace tavrel::compare {
+
+namespace {
+
+std::filesystem::path PathOf(const std::string& utf8) {
+    return {std::u8string(utf8.begin(), utf8.end())};
+}
+
+void CopyContent(platform::File& from, platform::File& to) {
+    constexpr std::uint64_t kPiece = 1U << 20U;
+    const std::uint64_t size = from.Size();
+    std::vector<std::uint8_t> piece(static_cast<std::size_t>(std::min(size, kPiece)));
+    for (std::uint64_t at = 0; at < size; at += piece.size()) {
+        piece.resize(static_cast<std::size_t>(std::min(size - at, kPiece)));
+        from.ReadAt(at, piece);
+        to.WriteAt(at, piece);
+    }
+}
+
+/// The file made anew; an old one, or a link that stands there, is removed and not written through.
+void CopyOver(platform::File& from, const std::string& to) {
+    platform::DeleteFileIfThere(to);
+    CopyContent(from, *platform::OpenFile(to, platform::FileAccess::CreateNew));
+}
+
+}  // namespace
+
+bool IsSameFile(const std::string& a, const std::string& b) {
+    std::error_code missing;
+    return std::filesystem::equivalent(PathOf(a), PathOf(b), missing);
+}
+
+void CopyDatabase(const std::string& from, const std::string& to) {
+    if (IsSameFile(from, to)) {
+        throw MakeError(errors::kFileExists, {}, to);
+    }
+    const auto database = platform::OpenFile(from, platform::FileAccess::Read);
+    // A journal that an earlier copy has left must not be taken for one of this copy.
+    platform::DeleteFileIfThere(jet::JournalPath(to));
+    CopyOver(*database, to);
+    const std::string journal = jet::JournalPath(from);
+    if (platform::FileExists(journal)) {
+        CopyOver(*platform::OpenFile(journal, platform::FileAccess::Read), jet::JournalPath(to));
+    }
+}
+
+}  // namespace tavrel::compare

@@ -1,0 +1,16 @@
+#include "compare/OpenInAccess.h"
+
+#include "platform/OpenWithProgram.h"
+
+namespace tavrel::compare {
+
+void cmdAccess_Click(const platform::TextField& txtDBPath,
+                     const std::function<bool(const std::string& path)>& validateDbPath,
+                     const std::function<void(const std::string& path)>& open) {
+    const std::string path = txtDBPath.Text();
+    if (validateDbPath(path)) {
+        open ? open(path) : platform::OpenWithAssociatedProgram(path);
+    }
+}
+
+}  // namespace tavrel::compare

@@ -1,0 +1,114 @@
+#include "compare/PatchedCopies.h"
+
+#include "compare/CopyDatabase.h"
+#include "compare/Products.h"
+#include "db/Session.h"
+#include "platform/FileSystem.h"
+#include "text/Error.h"
+
+namespace tavrel::compare {
+
+namespace {
+
+constexpr std::int32_t kBadArgument = 5;
+
+/// Every ".mdb" (in small letters) replaced, from the first character on.
+std::string WithReplaced(const std::string& path, const std::string& replacement) {
+    constexpr std::string_view kExtension = ".mdb";
+    std::string replaced;
+    std::size_t start = 0;
+    for (std::size_t at = path.find(kExtension); at != std::string::npos; at = path.find(kExtension, start)) {
+        replaced.append(path, start, at - start).append(replacement);
+        start = at + kExtension.size();
+    }
+    return replaced.append(path, start);
+}
+
+std::string CopyName(const char* side) {
+    return std::string(1, platform::kPathSeparator) + "temp(" + side + ").mdb";
+}
+
+/// The message field, shown for as long as the object lives.
+class ShownField {
+  public:
+    explicit ShownField(MessageField& field) : field_(field) {
+        field_.SetVisible(true);
+        field_.SetFocus();
+    }
+    ~ShownField() { field_.SetVisible(false); }
+    ShownField(const ShownField&) = delete;
+    ShownField& operator=(const ShownField&) = delete;
+
+  private:
+    MessageField& field_;
+};
+
+/// Does a part of the work; a failure says what could not be done, and to which file.
+template <class Work>
+void OrSay(const char* what, const std::string& path, Work work) {
+    try {
+        work();
+    } catch (const Error& error) {
+        throw Error(error.Number(), std::string(what) + " (" + path + ") " + error.Description());
+    }
+}
+
+/// Makes the working folder unless it is there; returns its path.
+std::string MadeFolder(const std::string& folder) {
+    if (platform::FolderExists(folder)) {
+        return folder;
+    }
+    platform::MakeFolder(folder);
+    return platform::FullPath(folder);
+}
+
+/// Neither copy may take the place of one of the two databases.
+void RefuseOwnFiles(const std::string& copy, const std::string& pathA, const std::string& pathB) {
+    if (IsSameFile(copy, pathA) || IsSameFile(copy, pathB)) {
+        throw MakeError(errors::kFileExists, {}, "비교할 데이터베이스에는 작업 사본을 만들 수 없음");
+    }
+}
+
+/// Opens the session on a copy and runs the driver on it.
+bool Patch(const Product& product, const std::string& copy, const std::string& password) {
+    bool open = false;
+    OrSay("작업 사본을 열 수 없습니다.", copy, [&] { open = modDBsub::DBOpenADO(copy, password); });
+    return open && product.ChkDBpatch();
+}
+
+}  // namespace
+
+WorkingPaths::WorkingPaths(const std::string& pathA)
+    : folder(WithReplaced(pathA, "temp")),
+      copyA(WithReplaced(pathA, "temp" + CopyName("A"))),
+      copyB(WithReplaced(pathA, "temp" + CopyName("B"))) {}
+
+bool PatchedCopies::Prepare(WorkbenchControls& controls, std::string& pathA, std::string& pathB) {
+    const modDBsub::MessagesScope messages(*controls.messages);
+    WorkingPaths work(pathA);
+    const Product* product = nullptr;
+    {
+        const ShownField field(*controls.maketb);
+        // The session of the run before holds a copy that is about to be overwritten.
+        modDBsub::gDBConn.reset();
+        OrSay("작업 폴더를 만들 수 없습니다.", work.folder, [&] { work.folder = MadeFolder(work.folder); });
+        OrSay("DB A의 작업 사본을 만들 수 없습니다.", work.copyA, [&] {
+            RefuseOwnFiles(work.copyA, pathA, pathB);
+            CopyDatabase(pathA, work.copyA);
+        });
+        OrSay("DB B의 작업 사본을 만들 수 없습니다.", work.copyB, [&] {
+            RefuseOwnFiles(work.copyB, pathA, pathB);
+            CopyDatabase(pathB, work.copyB);
+        });
+        pathA = work.copyA;
+        pathB = work.copyB;
+        product = ProductOfCode(controls.AppCode);
+        if (product == nullptr) {
+            throw MakeError(kBadArgument, {}, controls.AppCode);
+        }
+    }
+    return Patch(*product, work.folder + CopyName("A"), controls.txtPwd[0]->Text()) &&
+           Patch(*product, work.folder + CopyName("B"), controls.txtPwd[1]->Text());
+}
+
+}  // namespace tavrel::compare

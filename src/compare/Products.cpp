@@ -1,0 +1,42 @@
+#include "compare/Products.h"
+
+#include <algorithm>
+#include <array>
+
+#include "patch/Modules.h"
+#include "text/Case.h"
+
+namespace tavrel::compare {
+
+namespace {
+
+constexpr std::array<Product, 4> kProducts = {{
+    {"DalvorII", "breltII", modDBPatch_BRELT::ChkDBpatch, modDBPatch_BRELT::kTarget},
+    {"VintrelII", "KilmII", modDBPatch_KILM::ChkDBpatch, modDBPatch_KILM::kTarget},
+    {"VintrelPro", "KilmPro", modDBPatch_KILMPRO::ChkDBpatch, modDBPatch_KILMPRO::kTarget},
+    {"PellamII", "norbixII", modDBPatch_NORB::ChkDBpatch, modDBPatch_NORB::kTarget},
+}};
+
+template <class Fits>
+const Product* FirstThat(Fits fits) {
+    const auto* const found = std::ranges::find_if(kProducts, fits);
+    return found == kProducts.end() ? nullptr : found;
+}
+
+}  // namespace
+
+std::span<const Product> Products() {
+    return kProducts;
+}
+
+const Product* ProductOfCode(std::string_view code) {
+    return FirstThat([code](const Product& product) { return product.code == code; });
+}
+
+const Product* ProductNamed(std::string_view name) {
+    return FirstThat([name](const Product& product) {
+        return text::EqualIgnoringCase(product.item, name) || text::EqualIgnoringCase(product.code, name);
+    });
+}
+
+}  // namespace tavrel::compare

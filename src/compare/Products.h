@@ -1,0 +1,24 @@
+// The four products and the patch drivers that belong to them.
+#pragma once
+
+#include <span>
+#include <string_view>
+
+namespace tavrel::compare {
+
+struct Product {
+    std::string_view item;  ///< text in the product list
+    std::string_view code;  ///< AppCode
+    bool (*ChkDBpatch)();   ///< patch driver; works on the open session
+    int target;             ///< version to which it brings a database
+};
+
+/// In list order.
+std::span<const Product> Products();
+
+/// By code, letter case included; null when there is none.
+const Product* ProductOfCode(std::string_view code);
+/// By list text or code, letter case ignored; null when there is none.
+const Product* ProductNamed(std::string_view name);
+
+}  // namespace tavrel::compare

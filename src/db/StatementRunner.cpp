@@ -1,0 +1,115 @@
+#include "db/StatementRunner.h"
+
+#include "jet/engine/EditSession.h"
+#include "jet/engine/SessionTable.h"
+#include "jet/sql/TableChanges.h"
+#include "jet/sql/TextComparer.h"
+
+namespace tavrel::db {
+
+namespace {
+
+using namespace jet;
+
+OpenOptions OptionsOf(const ConnectionSettings& settings) {
+    return {.password = settings.password};
+}
+
+class ChangingRunner : public StatementRunner {
+  public:
+    explicit ChangingRunner(std::unique_ptr<EditSession> session) : session_(std::move(session)) {}
+    sql::ExecuteResult Execute(std::string_view statement) override { return session_->Execute(statement); }
+
+  private:
+    std::unique_ptr<EditSession> session_;
+};
+
+[[noreturn]] void Refuse() {
+    throw MakeError(errors::kReadOnly);
+}
+
+/// The definitions of a database that is open for reading.
+class NoSchemaChanges : public sql::SchemaChanges {
+    using Text = std::string;
+    void CreateTable(const sql::TableCreation& /*table*/) override { Refuse(); }
+    void AddColumn(const Text& /*table*/, const sql::ColumnDefinition& /*column*/) override { Refuse(); }
+    void AlterColumn(const Text& /*table*/, const sql::ColumnDefinition& /*column*/) override { Refuse(); }
+    void SetDefault(const Text& /*table*/, const Text& /*column*/, const Text& /*text*/) override {
+        Refuse();
+    }
+    void DropColumn(const Text& /*table*/, const Text& /*column*/) override { Refuse(); }
+    void AddIndex(const Text& /*table*/, const IndexSpec& /*index*/) override { Refuse(); }
+    void AddForeignKey(const sql::ForeignKeyDefinition& /*key*/) override { Refuse(); }
+    void DropConstraint(const Text& /*table*/, const Text& /*name*/) override { Refuse(); }
+    void DropIndex(const Text& /*table*/, const Text& /*name*/) override { Refuse(); }
+    void DropTable(const Text& /*table*/) override { Refuse(); }
+};
+
+/// Transactions over a database that cannot change: there is nothing to keep or to undo.
+class NoTransactions : public sql::Transactions {
+    void Begin() override {
+        if (begun_) {
+            throw MakeError(errors::kTooManyTransactions);
+        }
+        begun_ = true;
+    }
+    void Commit() override { End(); }
+    void Rollback() override { End(); }
+    void BeginStatement() override {}
+    void EndStatement() override {}
+    void UndoStatement() noexcept override {}
+
+    void End() {
+        if (!begun_) {
+            throw MakeError(errors::kNoTransaction);
+        }
+        begun_ = false;
+    }
+    bool begun_ = false;
+};
+
+class ReadingRunner : public StatementRunner, private sql::Tables {
+  public:
+    explicit ReadingRunner(std::unique_ptr<jet::Database> database)
+        : database_(std::move(database)), texts_(database_->Header().sortOrder) {}
+
+    sql::ExecuteResult Execute(std::string_view statement) override {
+        return sql::Execute(statement, workspace_);
+    }
+
+  private:
+    std::shared_ptr<sql::TableAccess> Find(std::string_view name) override {
+        const CatalogObject* object = database_->Catalog().FindTable(name);
+        return object == nullptr ? nullptr : std::make_shared<SessionTable>(*database_, *object);
+    }
+    std::unique_ptr<sql::TableChanges> Change(sql::TableAccess& /*table*/,
+                                              std::span<const std::size_t> /*updated*/) override {
+        Refuse();
+    }
+
+    std::unique_ptr<jet::Database> database_;
+    sql::TextComparer texts_;
+    NoSchemaChanges schema_;
+    NoTransactions transactions_;
+    sql::Workspace workspace_{.tables = *this,
+                              .schema = schema_,
+                              .transactions = transactions_,
+                              .texts = texts_,
+                              .now = {},
+                              .identity = {}};
+};
+
+}  // namespace
+
+std::unique_ptr<StatementRunner> OpenForChanges(const ConnectionSettings& settings, bool onMedium) {
+    const auto durability =
+        onMedium ? EditSession::Durability::OnMedium : EditSession::Durability::WrittenOut;
+    return std::make_unique<ChangingRunner>(
+        EditSession::Open(settings.dataSource, OptionsOf(settings), durability));
+}
+
+std::unique_ptr<StatementRunner> OpenForReading(const ConnectionSettings& settings) {
+    return std::make_unique<ReadingRunner>(jet::Database::Open(settings.dataSource, OptionsOf(settings)));
+}
+
+}  // namespace tavrel::db

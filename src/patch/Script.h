@@ -1,0 +1,50 @@
+// Lists of items cut into blocks, and one product's blocks made from another's.
+#pragma once
+
+#include <cstdint>
+#include <initializer_list>
+#include <string_view>
+#include <vector>
+
+#include "patch/Item.h"
+
+namespace tavrel::patch {
+
+/// The items below one heading.
+struct Block {
+    std::variant<Step, Procedure> heading;
+    std::vector<Item> items;
+};
+
+/// The steps of a migration list in ascending order, or the procedures of a module.
+class Script {
+  public:
+    Script() = default;
+    /// Cuts tables at their headings.  The tables come in the order of their steps.
+    Script(std::initializer_list<Items> tables);
+    /// The same; StepsFrom, ItemsOf and ItemOf take their items from `other`.
+    Script(std::initializer_list<Items> tables, const Script& other);
+
+    /// Changes the blocks that a table of differences names.
+    void Apply(Items differences);
+
+    /// The procedures among these that a list calls.
+    [[nodiscard]] Script CalledBy(const Script& list) const;
+    /// These and those of another table.
+    [[nodiscard]] Script With(Items table) const;
+
+    [[nodiscard]] const std::vector<Block>& Blocks() const { return blocks_; }
+    /// Null when there is no such procedure.
+    [[nodiscard]] const Block* FindProcedure(std::string_view name) const;
+
+  private:
+    void Read(Items table, const Script* other);
+    void TakeSteps(const StepsFrom& range, const Script& other);
+    void TakeItems(const ItemsOf& range, const Script& other);
+    void TakeItem(const ItemOf& wanted, const Script& other);
+    Block& BlockUnder(const Item& heading);
+
+    std::vector<Block> blocks_;
+};
+
+}  // namespace tavrel::patch
