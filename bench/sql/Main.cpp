@@ -1,6 +1,6 @@
 // The same work on our engine and on SQLite, one after the other, as ratios of the two times.
 //
-//   tavrel-bench-sql [FOLDER [ROWS [synced]]]
+//   tavrel-bench-sql [FOLDER [ROWS [synced|written [WORK]]]]
 //
 // FOLDER takes the two databases (default: the system's temporary folder), ROWS is the size of the large
 // table (default 1,000,000).  Both engines get every statement as text.
@@ -131,7 +131,8 @@ int main(int argc, char** argv) {
     namespace fs = std::filesystem;
     const fs::path folder = argc > 1 ? fs::path(argv[1]) : fs::temp_directory_path();
     const std::uint64_t rows = argc > 2 ? std::strtoull(argv[2], nullptr, 10) : 1'000'000;
-    const Safety safety = argc > 3 ? Safety::Synced : Safety::WrittenOut;
+    const Safety safety = argc > 3 && std::string(argv[3]) == "synced" ? Safety::Synced : Safety::WrittenOut;
+    const std::string only = argc > 4 ? argv[4] : "";
     const fs::path mine = folder / "tavrel-bench.mdb";
     const fs::path theirs = folder / "tavrel-bench.sqlite";
     fs::remove(mine);
@@ -142,7 +143,9 @@ int main(int argc, char** argv) {
         std::printf("%-45s %10s %10s\n", "work", "Tavrel", "SQLite");
         Race({"fill two tables", [=](Contestant& e) { FillTables(e, rows); }}, *ours, *sqlite);
         for (const Work& work : AllWork(rows)) {
-            Race(work, *ours, *sqlite);
+            if (std::string(work.name).find(only) != std::string::npos) {
+                Race(work, *ours, *sqlite);
+            }
         }
     }
     fs::remove(mine);

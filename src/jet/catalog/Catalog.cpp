@@ -118,6 +118,7 @@ std::vector<RelationRow> Catalog::RelationRows() {
 }
 
 void Catalog::Forget() {
+    ++edition_;
     haveObjects_ = false;
     objects_.clear();
     tablesByName_.clear();

@@ -85,10 +85,13 @@ class Catalog {
 
     /// Drops what was read: the file has changed.
     void Forget();
+    /// Another number after each Forget.
+    [[nodiscard]] std::uint64_t Edition() const { return edition_; }
 
   private:
     Pager& pager_;
     std::uint32_t ownerKey_;
+    std::uint64_t edition_ = 0;
     bool haveObjects_ = false;
     std::vector<CatalogObject> objects_;
     std::unordered_map<std::string, std::size_t> tablesByName_;  ///< upper-case name to place in objects_

@@ -14,13 +14,12 @@ class SessionChanges : public sql::TableChanges {
     SessionChanges(EditSession& session, const SessionTable& table, std::span<const std::size_t> updated)
         : relations_(session.Relations()),
           table_(session.Edits().Edit(table.Definition().page)),
-          values_(table.Columns().size()) {
-        for (std::size_t column = 0; column < values_.size(); ++column) {
-            places_.push_back(table.PlaceOf(column));
-        }
+          places_(table.Places()),
+          values_(places_.size()) {
         for (const std::size_t column : updated) {
             updated_.push_back(places_[column]);
         }
+        byPage_ = !updated_.empty() && table_.HoldsAlone(updated_);
     }
 
     std::optional<std::int32_t> InsertRow(std::span<const Value> values) override {
@@ -32,6 +31,10 @@ class SessionChanges : public sql::TableChanges {
     }
 
     bool UpdateRow(sql::RowId row, std::span<const Value> values) override {
+        if (byPage_) {
+            UpdateLater(PointerOf(row), values);
+            return true;
+        }
         changes_.clear();
         for (std::size_t i = 0; i < updated_.size(); ++i) {
             changes_.push_back(table_.Encode(updated_[i], values[i]));
@@ -40,15 +43,43 @@ class SessionChanges : public sql::TableChanges {
     }
 
     bool DeleteRow(sql::RowId row) override { return relations_.Delete(table_, PointerOf(row)); }
-    void Finish() override {}
+    void Finish() override { UpdatePage(); }
 
   private:
+    /// Rows come page by page: what changes in one is written at once.
+    void UpdateLater(RowPointer at, std::span<const Value> values) {
+        if (waiting_ > 0 && (at.page != page_ || at.row <= rows_[waiting_ - 1].row)) {
+            UpdatePage();
+        }
+        page_ = at.page;
+        if (waiting_ == rows_.size()) {
+            rows_.emplace_back();
+        }
+        RowChange& row = rows_[waiting_++];
+        row.row = at.row;
+        row.fields.clear();
+        for (std::size_t i = 0; i < updated_.size(); ++i) {
+            row.fields.push_back(table_.Encode(updated_[i], values[i]));
+        }
+    }
+
+    void UpdatePage() {
+        if (waiting_ > 0) {
+            table_.UpdatePage(page_, {rows_.data(), waiting_});
+            waiting_ = 0;
+        }
+    }
+
     RelationRules& relations_;
     EditedTable& table_;
-    std::vector<std::size_t> places_;   ///< in the definition, by column in the order that users see
-    std::vector<std::size_t> updated_;  ///< the same of the updated columns
-    std::vector<Value> values_;         ///< by place
+    const std::vector<std::size_t>& places_;  ///< in the definition, by column in the order that users see
+    std::vector<std::size_t> updated_;        ///< the same of the updated columns
+    std::vector<Value> values_;               ///< by place
     std::vector<FieldChange> changes_;
+    bool byPage_ = false;  ///< updates touch nothing but their rows
+    PageNumber page_ = 0;
+    std::vector<RowChange> rows_;  ///< of that page, the first `waiting_` of them to be changed
+    std::size_t waiting_ = 0;
 };
 
 }  // namespace
@@ -88,8 +119,19 @@ sql::ExecuteResult EditSession::Execute(std::string_view statement) {
 }
 
 std::shared_ptr<sql::TableAccess> EditSession::Find(std::string_view name) {
+    if (catalogEdition_ != database_->Catalog().Edition()) {
+        tables_.clear();
+        catalogEdition_ = database_->Catalog().Edition();
+    }
     const CatalogObject* object = database_->Catalog().FindTable(name);
-    return object == nullptr ? nullptr : std::make_shared<SessionTable>(*database_, *object);
+    if (object == nullptr) {
+        return nullptr;
+    }
+    std::shared_ptr<SessionTable>& table = tables_[object->DefinitionPage()];
+    if (table == nullptr) {
+        table = std::make_shared<SessionTable>(*database_, *object);
+    }
+    return table;
 }
 
 std::unique_ptr<sql::TableChanges> EditSession::Change(sql::TableAccess& table,

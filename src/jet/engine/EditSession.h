@@ -7,6 +7,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 
 #include "jet/engine/Database.h"
 #include "jet/engine/RelationRules.h"
@@ -15,6 +16,8 @@
 #include "jet/sql/TextComparer.h"
 
 namespace tavrel::jet {
+
+class SessionTable;
 
 class EditSession : public sql::Tables, public sql::Transactions {
   public:
@@ -59,6 +62,9 @@ class EditSession : public sql::Tables, public sql::Transactions {
     Durability durability_;
     TableEdits edits_;
     RelationRules relations_;
+    std::unordered_map<PageNumber, std::shared_ptr<SessionTable>>
+        tables_;  ///< met since the last change of definitions
+    std::uint64_t catalogEdition_ = 0;
     bool explicit_ = false;  ///< a transaction was begun by a statement
     sql::TextComparer texts_;
     std::unique_ptr<sql::SchemaChanges> schema_;

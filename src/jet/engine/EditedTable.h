@@ -26,6 +26,12 @@ struct FieldChange {
     std::optional<PreparedLongValue> longValue;  ///< Memo and OLE, not null
 };
 
+/// What changes in one row of a page.
+struct RowChange {
+    std::uint8_t row = 0;
+    std::vector<FieldChange> fields;
+};
+
 class EditedTable {
   public:
     EditedTable(WriteContext& context, std::string name, TableDefinition definition,
@@ -44,6 +50,11 @@ class EditedTable {
     /// Throws 3022, 3047, 3058, 3990.
     void Update(RowPointer at, std::span<const FieldChange> changes);
     void Delete(RowPointer at);
+
+    /// True when columns (places) belong to no index and keep their values in the row itself.
+    [[nodiscard]] bool HoldsAlone(std::span<const std::size_t> columns) const;
+    /// Changes such columns in rows of one page, slots ascending, each once.  Throws 3047, 3428.
+    void UpdatePage(PageNumber page, std::span<const RowChange> rows);
 
     /// A value as a change.  Throws 3163, 3349, 3464.
     [[nodiscard]] FieldChange Encode(std::size_t place, const Value& value) const;

@@ -178,7 +178,15 @@ std::uint64_t SessionTable::RowCount() const {
 /// What the definition says; where it says nothing, rows are counted after all, which costs no more than the
 /// pages that there are.
 std::uint64_t SessionTable::RowEstimate() const {
-    return definition_.rowCount > 0 ? definition_.rowCount : RowCount();
+    constexpr std::size_t kRowCount = 0x10;
+    const std::uint32_t stored = U32(database_.Pager().Read(definition_.page), kRowCount);
+    return stored > 0 ? stored : RowCount();
+}
+
+bool SessionTable::ScanToleratesChanges() const {
+    return std::ranges::none_of(definition_.logicalIndexes, [this](const LogicalIndex& index) {
+        return index.side != RelationSide::None && index.partnerPage == definition_.page;
+    });
 }
 
 std::unique_ptr<sql::RowReader> SessionTable::Scan(std::span<const std::size_t> /*columns*/) {

@@ -28,10 +28,14 @@ class SessionTable : public sql::TableAccess {
     std::unique_ptr<sql::RowReader> Scan(std::span<const std::size_t> columns) override;
     std::unique_ptr<sql::IndexCursor> OpenIndex(std::size_t index,
                                                 std::span<const std::size_t> columns) override;
+    /// A row that grows keeps its slot, and pages that others leave are not met by a scan that has not come
+    /// to them; only a relation of the table with itself changes rows ahead.
+    [[nodiscard]] bool ScanToleratesChanges() const override;
 
     [[nodiscard]] const TableDefinition& Definition() const { return definition_; }
     /// Place in the definition's columns of a column in the order that users see.
     [[nodiscard]] std::size_t PlaceOf(std::size_t column) const { return order_[column]; }
+    [[nodiscard]] const std::vector<std::size_t>& Places() const { return order_; }
 
   private:
     void AddIndex(const LogicalIndex& logical);

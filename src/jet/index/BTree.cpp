@@ -113,12 +113,24 @@ PageNumber TailOf(ByteView page) {
 
 }  // namespace
 
+/// REQUIRES: the page was read just now.  Good until the next call.
+const EntryTable& BTree::TableOf(PageNumber number, ByteView page) {
+    Known& known = known_[number % known_.size()];
+    const std::uint64_t edition = pager_.Edition(number);
+    if (known.page != number || known.edition != edition || !known.table) {
+        known.table.emplace(page);
+        known.page = number;
+        known.edition = edition;
+    }
+    return *known.table;
+}
+
 /// The way from the root to the page of a level in which `bound` belongs.
 BTree::Path BTree::Descend(ByteView bound, unsigned level) {
     Path path;
     for (PageNumber number = root_;;) {
         const PageRef page = pager_.Read(number);
-        const EntryTable table(page);
+        const EntryTable& table = TableOf(number, page);
         if (U32(page, 4) != owner_ || path.size() == kMaxDepth || table.Leaf() != (LevelOf(page) == 0)) {
             ThrowDamaged("인덱스 페이지 " + std::to_string(number) + "이(가) 다른 곳에 속함");
         }
@@ -150,7 +162,7 @@ bool BTree::Contains(ByteView key) {
         if (pagesLeft-- == 0) {
             ThrowDamaged("인덱스의 잎이 되풀이됨");
         }
-        const EntryTable table(page);
+        const EntryTable& table = TableOf(number, page);
         const unsigned at = number == path.back().page ? path.back().at : 0;
         if (at < table.Count()) {
             const ByteVector entry = table.Entry(page, at);
@@ -163,8 +175,8 @@ bool BTree::Contains(ByteView key) {
 
 void BTree::InsertAt(const Path& path, ByteView entry) {
     const Step& step = path.back();
+    const EntryTable table = TableOf(step.page, pager_.Read(step.page));
     Page& page = pager_.Write(step.page);
-    const EntryTable table(page);
     IndexPageEditor editor(page);
     if (editor.TryInsert(table, step.at, entry)) {
         return;

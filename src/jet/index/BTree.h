@@ -43,6 +43,7 @@ class BTree {
     };
     using Path = std::vector<Step>;
 
+    const EntryTable& TableOf(PageNumber number, ByteView page);
     Path Descend(ByteView bound, unsigned level);
     void InsertAt(const Path& path, ByteView entry);
     void Redirect(const Path& path, PageNumber child);
@@ -67,6 +68,15 @@ class BTree {
     PageNumber owner_;
     RowPointer map_;
     PageNumber root_;
+
+    /// A page that was taken apart.  One operation comes by a page several times, and the next one often
+    /// comes by the same pages.
+    struct Known {
+        PageNumber page = 0;
+        std::uint64_t edition = 0;
+        std::optional<EntryTable> table;
+    };
+    std::array<Known, 4> known_;
 };
 
 }  // namespace tavrel::jet

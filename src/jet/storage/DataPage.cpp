@@ -77,18 +77,34 @@ ByteView Kept(const Slot& slot) {
 }  // namespace
 
 bool DataPageEditor::Replace(std::uint8_t row, ByteView bytes, std::uint16_t flags) {
+    const SlotContent replacement{row, bytes, flags};
     const Slot slot = DataPageView(page_).At(row);
-    if (slot.row.size() == bytes.size()) {
-        std::copy(bytes.begin(), bytes.end(), page_.begin() + (slot.row.data() - page_.data()));
-        const std::size_t place = kDataHeader + 2 * std::size_t{row};
-        PutU16(page_, place, static_cast<std::uint16_t>((U16(page_, place) & kStartMask) | flags));
-        return true;
-    }
-    if (RoomAfterTidy() + Kept(slot).size() < bytes.size()) {
+    if (slot.row.size() != bytes.size() && RoomAfterTidy() + Kept(slot).size() < bytes.size()) {
         return false;
     }
-    LayOut(row, bytes, flags);
+    ReplaceMany({&replacement, 1});
     return true;
+}
+
+void DataPageEditor::ReplaceMany(std::span<const SlotContent> slots) {
+    const DataPageView view(page_);
+    std::vector<SlotContent> resized;
+    for (const SlotContent& slot : slots) {
+        const ByteView old = view.At(slot.row).row;
+        if (old.size() == slot.bytes.size()) {
+            PutInPlace(static_cast<std::size_t>(old.data() - page_.data()), slot);
+        } else {
+            resized.push_back(slot);
+        }
+    }
+    if (!resized.empty()) {
+        LayOut(resized);
+    }
+}
+
+void DataPageEditor::PutInPlace(std::size_t start, const SlotContent& slot) {
+    std::ranges::copy(slot.bytes, page_.begin() + static_cast<std::ptrdiff_t>(start));
+    PutU16(page_, kDataHeader + 2 * std::size_t{slot.row}, static_cast<std::uint16_t>(start | slot.flags));
 }
 
 void DataPageEditor::Delete(std::uint8_t row) {
@@ -97,11 +113,10 @@ void DataPageEditor::Delete(std::uint8_t row) {
 }
 
 void DataPageEditor::Tidy() {
-    LayOut(-1, {}, 0);
+    LayOut({});
 }
 
-unsigned DataPageEditor::RoomAfterTidy() const {
-    const DataPageView view(page_);
+unsigned DataPageEditor::RoomAfterTidy(const DataPageView& view) {
     std::size_t used = kDataHeader + 2 * std::size_t{view.SlotCount()};
     for (unsigned row = 0; row < view.SlotCount(); ++row) {
         used += Kept(view.At(row)).size();
@@ -118,19 +133,20 @@ unsigned DataPageEditor::LiveRows() const {
     return live;
 }
 
-/// Writes all rows anew from the end of the page downward, one of them with other bytes.
-void DataPageEditor::LayOut(int replaced, ByteView bytes, std::uint16_t flags) {
+/// Writes all rows anew from the end of the page downward, some of them (ascending) with other bytes.
+void DataPageEditor::LayOut(std::span<const SlotContent> replaced) {
     const Page old = page_;
     const DataPageView view(old);
     std::size_t start = kPageSize;
     for (unsigned row = 0; row < view.SlotCount(); ++row) {
         const Slot slot = view.At(row);
-        const bool other = static_cast<int>(row) == replaced;
-        const ByteView content = other ? bytes : Kept(slot);
+        const bool other = !replaced.empty() && replaced.front().row == row;
+        const ByteView content = other ? replaced.front().bytes : Kept(slot);
         start -= content.size();
-        std::copy(content.begin(), content.end(), page_.begin() + static_cast<std::ptrdiff_t>(start));
+        std::ranges::copy(content, page_.begin() + static_cast<std::ptrdiff_t>(start));
         PutU16(page_, kDataHeader + 2 * std::size_t{row},
-               static_cast<std::uint16_t>(start | (other ? flags : slot.flags)));
+               static_cast<std::uint16_t>(start | (other ? replaced.front().flags : slot.flags)));
+        replaced = other ? replaced.subspan(1) : replaced;
     }
     PutU16(page_, 2, static_cast<std::uint16_t>(start - kDataHeader - 2 * std::size_t{view.SlotCount()}));
 }

@@ -11,6 +11,7 @@
 #pragma once
 
 #include <optional>
+#include <span>
 
 #include "jet/storage/Bytes.h"
 
@@ -53,6 +54,13 @@ class DataPageView {
     unsigned count_;
 };
 
+/// A slot's new bytes and flags.
+struct SlotContent {
+    std::uint8_t row = 0;
+    ByteView bytes;
+    std::uint16_t flags = 0;
+};
+
 /// Changes to a data page.  The caller has made the page writable.
 class DataPageEditor {
   public:
@@ -66,17 +74,22 @@ class DataPageEditor {
     /// Puts other bytes and flags into a slot, whatever the length; rows move inside the page when needed,
     /// and the space of deleted ones is used.  False, and nothing changed, when there is no room.
     bool Replace(std::uint8_t row, ByteView bytes, std::uint16_t flags);
+    /// Puts other bytes and flags into slots, ascending, laying the page out once.
+    /// REQUIRES: what they grow by is at most RoomAfterTidy().
+    void ReplaceMany(std::span<const SlotContent> slots);
     /// Marks a slot deleted.  Its number is not used again.
     void Delete(std::uint8_t row);
     /// Moves the rows together at the end of the page, so that the space of deleted ones is free.
     void Tidy();
     /// Bytes that a row and its slot could have after Tidy.
-    [[nodiscard]] unsigned RoomAfterTidy() const;
+    [[nodiscard]] unsigned RoomAfterTidy() const { return RoomAfterTidy(DataPageView(page_)); }
+    [[nodiscard]] static unsigned RoomAfterTidy(const DataPageView& view);
     /// Rows that are not deleted.
     [[nodiscard]] unsigned LiveRows() const;
 
   private:
-    void LayOut(int replaced, ByteView bytes, std::uint16_t flags);
+    void PutInPlace(std::size_t start, const SlotContent& slot);
+    void LayOut(std::span<const SlotContent> replaced);
 
     Page& page_;
 };

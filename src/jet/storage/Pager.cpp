@@ -24,6 +24,7 @@ Page& Pager::Write(PageNumber number) {
         frame.dirty = true;
         ++dirtyCount_;
     }
+    frame.edition = ++editions_;
     return *frame.page;
 }
 
@@ -63,7 +64,8 @@ Pager::Frame& Pager::Insert(PageNumber number, std::shared_ptr<Page> page, bool 
     MakeRoom();
     recent_.push_front(number);
     dirtyCount_ += dirty ? 1 : 0;
-    return frames_.insert_or_assign(number, Frame{std::move(page), dirty, recent_.begin()}).first->second;
+    return frames_.insert_or_assign(number, Frame{std::move(page), dirty, ++editions_, recent_.begin()})
+        .first->second;
 }
 
 /// Keeps what the page was when the innermost unit began; the outer one takes it over when that ends.
@@ -140,6 +142,7 @@ void Pager::RollBack(Unit& unit) {
         if (image.page) {
             frame.page = image.page;
             frame.dirty = image.dirty;
+            frame.edition = ++editions_;
             dirtyCount_ += frame.dirty ? 1 : 0;
         } else {
             recent_.erase(frame.place);

@@ -55,6 +55,12 @@ class Pager {
     /// Throws 3428 when there is no such page.
     PageRef Read(PageNumber number);
 
+    /// A number that no earlier content of the page had: what was learnt from the page holds as long as it
+    /// stays.  REQUIRES: the page was read or written just now.
+    [[nodiscard]] std::uint64_t Edition(PageNumber number) const {
+        return frames_.find(number)->second.edition;
+    }
+
     /// The page for changing.  The reference is good until the next call of any member.
     Page& Write(PageNumber number);
 
@@ -87,6 +93,7 @@ class Pager {
     struct Frame {
         std::shared_ptr<Page> page;
         bool dirty = false;
+        std::uint64_t edition = 0;
         std::list<PageNumber>::iterator place;  ///< in recent_
     };
 
@@ -102,6 +109,7 @@ class Pager {
     std::unordered_map<PageNumber, Frame> frames_;
     std::list<PageNumber> recent_;  ///< most recently used first
     std::size_t dirtyCount_ = 0;
+    std::uint64_t editions_ = 0;
 
     struct BeforeImage {
         std::shared_ptr<Page> page;  ///< null: the page did not exist

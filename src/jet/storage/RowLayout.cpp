@@ -30,6 +30,11 @@ RowShape::RowShape(std::vector<ColumnPlace> columns, unsigned columnNumbers, uns
     : columns_(std::move(columns)), columnNumbers_(columnNumbers), variableNumbers_(variableNumbers) {
     // Only rows of a few ages are ever met, but the present count is met in every row.
     present_ = BoundsFor(columns_, columnNumbers_, variableNumbers_);
+    for (const ColumnPlace& column : columns_) {
+        if (column.fixed && !column.boolean) {
+            fixedBytes_ = std::max<std::size_t>(fixedBytes_, std::size_t{column.offset} + column.length);
+        }
+    }
 }
 
 VariableBounds RowShape::Bounds(unsigned columnCount) const {
@@ -150,13 +155,7 @@ void AppendVariablePart(const RowShape& shape, const std::vector<std::optional<B
 }  // namespace
 
 ByteVector BuildRow(const RowShape& shape, const std::vector<std::optional<ByteVector>>& fields) {
-    std::size_t fixedBytes = 0;
-    for (const ColumnPlace& column : shape.Columns()) {
-        if (column.fixed && !column.boolean) {
-            fixedBytes = std::max<std::size_t>(fixedBytes, std::size_t{column.offset} + column.length);
-        }
-    }
-    ByteVector row(2 + fixedBytes, 0);
+    ByteVector row(2 + shape.FixedBytes(), 0);
     PutU16(row, 0, static_cast<std::uint16_t>(shape.ColumnNumbers()));
     ByteVector mask((shape.ColumnNumbers() + 7) / 8, 0);
     for (std::size_t i = 0; i < fields.size(); ++i) {

@@ -40,12 +40,15 @@ class RowShape {
     [[nodiscard]] unsigned ColumnNumbers() const { return columnNumbers_; }
     [[nodiscard]] unsigned VariableNumbers() const { return variableNumbers_; }
     [[nodiscard]] VariableBounds Bounds(unsigned columnCount) const;
+    /// Length of the fixed part of a new row.
+    [[nodiscard]] std::size_t FixedBytes() const { return fixedBytes_; }
 
   private:
     std::vector<ColumnPlace> columns_;
     unsigned columnNumbers_ = 0;    ///< column numbers ever given out
     unsigned variableNumbers_ = 0;  ///< variable columns ever given out
     VariableBounds present_;        ///< of rows with the present count
+    std::size_t fixedBytes_ = 0;
 };
 
 /// A row as stored; columns are found when asked for.  Views the bytes, does not own them.

@@ -124,7 +124,7 @@ void TableRows::Update(RowPointer at, ByteView row) {
     if (moved) {
         DeleteSlot(target);
     }
-    const RowPointer fresh = InsertMoved(row, at.page);
+    const RowPointer fresh = MoveOut(row, at.page);
     ByteVector pointer;
     AppendU32(pointer, fresh.ToU32());
     if (!DataPageEditor(pager_.Write(at.page)).Replace(at.row, pointer, kSlotMoved)) {
@@ -132,13 +132,13 @@ void TableRows::Update(RowPointer at, ByteView row) {
     }
 }
 
-/// Where a row goes that no longer fits its page.
-RowPointer TableRows::InsertMoved(ByteView row, PageNumber from) {
+RowPointer TableRows::MoveOut(ByteView row, PageNumber from) {
     PageNumber page = PageFor(row.size());
     if (page == from) {
-        // It has room for the row beside what the slot holds now, which Replace has denied: cannot be.
+        // What room it has others of its rows need.
         page = NewPage(0);
         allocator_.Add(free_, page);
+        current_ = page;
     }
     return {page, DataPageEditor(pager_.Write(page)).Append(row, kSlotHidden)};
 }

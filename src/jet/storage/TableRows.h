@@ -26,6 +26,8 @@ class TableRows {
     RowPointer Insert(ByteView row);
     /// Gives the row that a slot names other bytes.
     void Update(RowPointer at, ByteView row);
+    /// Puts a row that no longer fits page `from` elsewhere; the caller makes its slot point there.
+    RowPointer MoveOut(ByteView row, PageNumber from);
     /// Throws 3428 when there is no such row.
     void Delete(RowPointer at);
 
@@ -38,7 +40,6 @@ class TableRows {
   private:
     PageNumber PageFor(std::size_t length);
     bool MakeFit(PageNumber page, std::size_t length, bool known);
-    RowPointer InsertMoved(ByteView row, PageNumber from);
     void DeleteSlot(RowPointer at);
     void FindCandidates();
     PageNumber NewPage(std::uint32_t chainMark);
