@@ -33,6 +33,7 @@ std::unique_ptr<Command> MakeSchemaCommand();
 std::unique_ptr<Command> MakeCompareCommand();
 std::unique_ptr<Command> MakeTablesCommand();
 std::unique_ptr<Command> MakeRowsCommand();
+std::unique_ptr<Command> MakeSqlCommand();
 std::unique_ptr<Command> MakeInfoCommand();
 std::unique_ptr<Command> MakeCheckCommand();
 std::unique_ptr<Command> MakeDumpCommand();
