@@ -1,8 +1,10 @@
 #include "jet/engine/compact/Compact.h"
 
 #include "jet/engine/Check.h"
-#include "jet/engine/Database.h"
+#include "jet/engine/Creation.h"
+#include "jet/engine/compact/LockFile.h"
 #include "jet/engine/compact/SoundCopy.h"
+#include "platform/FileSystem.h"
 
 namespace tavrel::jet {
 
@@ -46,12 +48,53 @@ CompactReport CompactInto(Database& source, std::unique_ptr<platform::File> dest
     return report;
 }
 
+namespace {
+
+/// For nobody else where that is possible.  A file that may not be written is read all the same.
+std::unique_ptr<Database> OpenSource(const std::string& path, const CompactOptions& options) {
+    const OpenOptions opening{
+        .password = options.password, .checkPassword = options.checkPassword, .tolerant = true};
+    try {
+        return Database::OpenForChanges(path, opening);
+    } catch (const Error& error) {
+        if (error.Number() != errors::kNoFilePermission) {
+            throw;
+        }
+        return Database::Open(path, opening);
+    }
+}
+
+std::unique_ptr<platform::File> OpenDestination(const std::string& path) {
+    try {
+        return platform::OpenFile(path, platform::FileAccess::CreateNew);
+    } catch (const Error& error) {
+        switch (error.Number()) {
+            case errors::kFileExists:
+                throw MakeError(errors::kDatabaseExists, {}, path);
+            case errors::kPathNotFound:
+                throw MakeError(errors::kBadPath, {path});
+            case errors::kDiskFull:
+                throw MakeError(errors::kNoDiskSpace, {}, path);
+            default:
+                throw MakeError(errors::kNoFilePermission, {path}, error.Description());
+        }
+    }
+}
+
+}  // namespace
+
 CompactReport CompactDatabase(const std::string& source, const std::string& destination,
                               const CompactOptions& options) {
-    const auto database = Database::Open(
-        source, {.password = options.password, .checkPassword = options.checkPassword, .tolerant = true});
-    std::unique_ptr<platform::File> file = platform::OpenFile(destination, platform::FileAccess::CreateNew);
-    return CompactInto(*database, std::move(file), destination, options);
+    if (platform::FileExists(destination)) {
+        throw MakeError(errors::kDatabaseExists, {}, destination);
+    }
+    RequireNobodyHasOpen(source);
+    const auto database = OpenSource(source, options);
+    std::unique_ptr<platform::File> file = OpenDestination(destination);
+    UnfinishedFile unfinished(destination);
+    CompactReport report = CompactInto(*database, std::move(file), destination, options);
+    unfinished.Keep();
+    return report;
 }
 
 }  // namespace tavrel::jet
