@@ -37,6 +37,7 @@ std::unique_ptr<Command> MakeSqlCommand();
 std::unique_ptr<Command> MakeInfoCommand();
 std::unique_ptr<Command> MakeCheckCommand();
 std::unique_ptr<Command> MakeDumpCommand();
+std::unique_ptr<Command> MakeCompactCommand();
 std::unique_ptr<Command> MakeCreateCommand();
 std::unique_ptr<Command> MakeDemoCommand();
 
