@@ -3,12 +3,15 @@
 #include <functional>
 #include <map>
 
+#include <QPainter>
 #include <QProxyStyle>
 #include <QStyleFactory>
+#include <QStyleOptionButton>
 
 #include "app/FormFont.h"
 #include "app/PathField.h"
 #include "app/QtText.h"
+#include "app/grid/GridColours.h"
 #include "app/logic/FormLayout.h"
 #include "app/logic/Products.h"
 
@@ -84,8 +87,28 @@ QWidget* MakeProductList(const ControlEntry& /*control*/, QWidget* parent) {
     return list;
 }
 
+/// Styles draw the box's outline darker than the window, which in a dark desktop leaves none to be seen.
+class OutlinedBox : public QCheckBox {
+  public:
+    using QCheckBox::QCheckBox;
+
+  protected:
+    void paintEvent(QPaintEvent* event) override {
+        QCheckBox::paintEvent(event);
+        if (!IsDark(palette())) {
+            return;
+        }
+        QStyleOptionButton option;
+        initStyleOption(&option);
+        const QRect box = style()->subElementRect(QStyle::SE_CheckBoxIndicator, &option, this);
+        QPainter painter(this);
+        painter.setPen(GridLineColour(palette()).lighter());
+        painter.drawRect(box.adjusted(0, 0, -1, -1));
+    }
+};
+
 QWidget* MakeOptionBox(const ControlEntry& control, QWidget* parent) {
-    return new QCheckBox(ToQt(control.caption), parent);
+    return new OutlinedBox(ToQt(control.caption), parent);
 }
 
 QWidget* MakeMessageField(const ControlEntry& control, QWidget* parent) {

@@ -68,6 +68,7 @@ void AddButtons(QMessageBox& box, const platform::Message& message) {
         }
         QPushButton* button = box.addButton(line.button);
         button->setText(QString::fromUtf8(line.text));
+        button->setIcon({});  // some desktops put one there
         if (line.place == message.defaultButton) {
             box.setDefaultButton(button);
         }

@@ -31,11 +31,14 @@ class Command {
 
 std::unique_ptr<Command> MakeSchemaCommand();
 std::unique_ptr<Command> MakeCompareCommand();
+std::unique_ptr<Command> MakePatchCommand();
 std::unique_ptr<Command> MakeTablesCommand();
 std::unique_ptr<Command> MakeRowsCommand();
+std::unique_ptr<Command> MakeSqlCommand();
 std::unique_ptr<Command> MakeInfoCommand();
 std::unique_ptr<Command> MakeCheckCommand();
 std::unique_ptr<Command> MakeDumpCommand();
+std::unique_ptr<Command> MakeCompactCommand();
 std::unique_ptr<Command> MakeCreateCommand();
 std::unique_ptr<Command> MakeDemoCommand();
 

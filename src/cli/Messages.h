@@ -14,6 +14,7 @@ class KeptMessages : public platform::MessageBox {
     platform::MessageAnswer Show(const platform::Message& message) override;
     /// Everything on standard error.
     void ComplainOfAll() const;
+    void ComplainOfAllButLast() const;
 
   private:
     std::vector<std::string> texts_;

@@ -66,8 +66,9 @@ void cmdCompact_Click(const CompactControls& controls) {
             return;
         }
         const bool done = Compact(path, temporary, *controls.pointer);
-        messages.Show({.text = done ? kDone : kFailed,
-                       .icon = done ? platform::MessageIcon::Information : platform::MessageIcon::Exclamation});
+        messages.Show(
+            {.text = done ? kDone : kFailed,
+             .icon = done ? platform::MessageIcon::Information : platform::MessageIcon::Exclamation});
     } catch (const Error& error) {
         messages.Say(db::ProcedureErrorText(error, "cmdCompact_Click", "Form Form1"));
     }

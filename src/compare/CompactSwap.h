@@ -5,13 +5,14 @@
 
 namespace tavrel::compare {
 
-/// Where the compacted form of a database is written: every ".mdb" in the path replaced by "_compactTemp.mdb",
-/// lower case only.  The path itself when there is none in it: then nothing may be written, deleted or renamed.
+/// Where the compacted form of a database is written: every ".mdb" in the path replaced by
+/// "_compactTemp.mdb", lower case only.  The path itself when there is none in it: then nothing may be
+/// written, deleted or renamed.
 std::string CompactTempName(const std::string& path);
 
-/// Puts the file at `compacted` in the place of the database, in one step, so that whatever happens one of the
-/// two is there whole.  False, and nothing done, when there is no such file or it is empty.  Throws Error when
-/// somebody has the database open, or when it may not be written; both files stay then.
+/// Puts the file at `compacted` in the place of the database, in one step, so that whatever happens one of
+/// the two is there whole.  False, and nothing done, when there is no such file or it is empty.  Throws Error
+/// when somebody has the database open, or when it may not be written; both files stay then.
 bool ReplaceByCompacted(const std::string& compacted, const std::string& database);
 
 }  // namespace tavrel::compare

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "db/ConnectText.h"
 #include "jet/engine/Database.h"
 #include "text/Case.h"
 
@@ -11,16 +12,6 @@ namespace tavrel::db {
 namespace {
 
 constexpr std::int32_t kNotSet = 91;
-constexpr std::string_view kPasswordKey = ";PWD=";
-
-/// What follows ";pwd=", blanks and semicolons included: a password is whatever was typed.
-std::string PasswordOf(const std::string& connect) {
-    const auto upper = [](char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; };
-    const auto same = [&upper](char c, char key) { return upper(c) == key; };
-    const auto at =
-        std::search(connect.begin(), connect.end(), kPasswordKey.begin(), kPasswordKey.end(), same);
-    return at == connect.end() ? std::string() : std::string(at + kPasswordKey.size(), connect.end());
-}
 
 TableDefs ListTables(Database& database, const std::vector<jet::CatalogObject>& catalog) {
     std::vector<const jet::CatalogObject*> objects;

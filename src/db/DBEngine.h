@@ -7,6 +7,7 @@
 #include <string>
 
 #include "db/TableDefs.h"
+#include "jet/engine/compact/Compact.h"
 
 namespace tavrel::db {
 
@@ -42,6 +43,14 @@ class DBEngine {
     std::unique_ptr<Database> OpenDatabase(const std::string& path, std::int16_t options = 0,
                                            std::optional<bool> readOnly = {},
                                            const std::optional<std::string>& connect = {});
+
+    /// Writes a compacted copy, repaired where the source is damaged.  The destination must not exist.  The
+    /// locale of the destination and the options change nothing; of the source's locale ";pwd=" and the
+    /// password behind it count.  Throws Error with the engine's number; there is then no destination.
+    jet::CompactReport CompactDatabase(const std::string& source, const std::string& destination,
+                                       const std::optional<std::string>& destinationLocale = {},
+                                       const std::optional<std::int32_t>& options = {},
+                                       const std::optional<std::string>& sourceLocale = {});
 
     DBEngine(const DBEngine&) = delete;
     DBEngine& operator=(const DBEngine&) = delete;

@@ -23,6 +23,11 @@ void DeleteFileIfThere(const std::string& path);
 void MakeFolder(const std::string& path);
 /// Replaces `to` by `from` in one step; both must be on one volume.
 void ReplaceFile(const std::string& from, const std::string& to);
+/// Gives `to` the permissions of `from`, where a file carries its own: Windows hands them down from the
+/// folder.
+void CopyPermissions(const std::string& from, const std::string& to);
+/// Where the path leads when links are followed; the path itself when there is none.
+std::string FollowLinks(const std::string& path);
 /// The path in full, from the root.
 std::string FullPath(const std::string& path);
 

@@ -1,10 +1,8 @@
-// What the window decides without a toolkit: products, caption, layout, settings keys, paths.
+// What the window decides without a toolkit: products, caption, paths.
 #include <gtest/gtest.h>
 
 #include "app/logic/Caption.h"
 #include "app/logic/DatabasePath.h"
-#include "app/logic/FormLayout.h"
-#include "app/logic/FormSettings.h"
 #include "app/logic/Products.h"
 #include "support/TemporaryFolder.h"
 
@@ -40,32 +38,6 @@ TEST(WindowCaption, ShowsTheFirstSecondAndFourthNumber) {
     for (const auto& [version, caption] : cases) {
         EXPECT_EQ(WindowCaption(version), caption);
     }
-}
-
-TEST(FormLayout, GivesThePathFieldsWhatIsLeft) {
-    const auto at = [](int width, int height) { return FormLayout(width, height); };
-    for (const int width : {4700, 7760, 8500, 9500, 13065, 30000}) {
-        const auto places = at(width, 10650);
-        const TwipRect path = places[ControlPlaceOf("txtDBPath", 0)];
-        EXPECT_EQ(path.width, std::max(width - 7760, kNarrowestPath)) << width;
-        const TwipRect compact = places[ControlPlaceOf("cmdCompact", 0)];
-        if (width - 7760 >= kNarrowestPath) {
-            EXPECT_EQ(compact.Right(), width - 50);
-        }
-    }
-    const auto places = at(12000, 9000);
-    EXPECT_EQ(places[ControlPlaceOf("spList")], (TwipRect{0, 1080, 12000, 7920}));
-    EXPECT_EQ(places[ControlPlaceOf("ProgressBar1", 0)], (TwipRect{0, 8490, 12000, 255}));
-    EXPECT_EQ(places[ControlPlaceOf("ProgressBar1", 1)], (TwipRect{0, 8745, 12000, 255}));
-    EXPECT_EQ(places[ControlPlaceOf("Frame1")], (TwipRect{0, -45, 12000, 1095}));
-    EXPECT_EQ(places[ControlPlaceOf("maketb")], ControlNamed("maketb").place);
-}
-
-TEST(Pixels, RoundsToTheNearest) {
-    EXPECT_EQ(Pixels(-45), -3);
-    EXPECT_EQ(Pixels(5000), 333);
-    EXPECT_EQ(Pixels(53), 4);
-    EXPECT_EQ(Pixels(52), 3);
 }
 
 struct Field : platform::TextField {
@@ -116,11 +88,6 @@ TEST(ValidateDbPath, TellsThatTheLookupFailed) {
     EXPECT_TRUE(messages.last.starts_with("Error ")) << messages.last;
     EXPECT_TRUE(messages.last.ends_with(") in procedure ValidateDbPath of Form Form1")) << messages.last;
     EXPECT_EQ(field.focused, 1);
-}
-
-TEST(BrowseStart, TakesTheOtherSideForAnEmptyOne) {
-    EXPECT_EQ(BrowseStart(" a.mdb ", "b.mdb"), "a.mdb");
-    EXPECT_EQ(BrowseStart("  ", " b.mdb"), " b.mdb");
 }
 
 }  // namespace

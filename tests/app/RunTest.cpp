@@ -52,17 +52,6 @@ class Run : public FormFixture {
     testing::TemporaryFolder folder;
 };
 
-TEST_F(Run, SaysWhichPathIsMissing) {
-    std::fclose(std::fopen(folder.File("a.mdb").c_str(), "w"));
-    Open();
-    Path(0).setText(ToQt(folder.File("a.mdb")));
-    Path(1).setText(ToQt(folder.File("b.mdb")));
-    Click("cmdComp");
-    EXPECT_EQ(messages.Texts(),
-              std::vector<std::string>{"파일을 찾을 수 없습니다.\r\n\r\n" + folder.File("b.mdb")});
-    EXPECT_EQ(QApplication::focusWidget(), &Path(1));
-}
-
 TEST_F(Run, SurvivesALookupThatFails) {
     Open();
     Path(0).setText(QString(5000, 'x'));

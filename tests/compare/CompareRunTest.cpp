@@ -211,12 +211,6 @@ TEST(CompareRun, ReadsTheWorkingCopiesOfAProduct) {
         EXPECT_EQ(window.messages.texts, patched ? Rows{"두 DB의 구조가 일치 합니다."} : Rows{});
         EXPECT_EQ(window.pointer.turnedOn, patched ? 1 : 0);
     }
-    FakeWindow window;
-    window.paths[0].text = window.paths[1].text = folder.File("shop.mdb");
-    window.controls.AppCode = "breltII";
-    CompareRun(window.controls).cmdComp_Click();
-    ASSERT_EQ(window.messages.texts.size(), 1U);
-    EXPECT_TRUE(window.messages.texts[0].ends_with(") in procedure cmdComp_Click of Form Form1"));
 }
 
 std::optional<ComparisonResult> CompareFiles(FakeWindow& window, const std::string& a, const std::string& b,

@@ -52,8 +52,14 @@ struct FakeMessages : platform::MessageBox {
 };
 
 struct FakeMessageField : MessageField {
-    void SetVisible(bool) override {}
-    void SetFocus() override {}
+    bool visible = false;
+    int shown = 0;
+    int focused = 0;
+    void SetVisible(bool show) override {
+        visible = show;
+        shown += show ? 1 : 0;
+    }
+    void SetFocus() override { focused += visible ? 1 : 0; }
 };
 
 struct FocusCounter : grid::GridObserver {

@@ -1,4 +1,6 @@
 // The session's helpers: what they send, what they answer, and who hears of a failure.
+#include <fstream>
+
 #include "db/SessionFixture.h"
 
 namespace tavrel::testing {
@@ -179,6 +181,29 @@ TEST_F(Session, ProbesWithoutReadingOrTelling) {
                                           ") in procedure DBChkExistence of Module modDBUpdate_ADO");
     EXPECT_EQ(messages.shown[0].title, platform::kProgramTitle);
     EXPECT_EQ(messages.shown[0].icon, platform::MessageIcon::None);
+}
+
+/// A probe that read the whole table would meet the page that cannot be read.
+TEST_F(Session, ProbesTheFirstRowAlone) {
+    Run({"CREATE TABLE t (id LONG, c VARCHAR(250))", "BEGIN TRANSACTION"});
+    for (int id = 0; id < 400; ++id) {
+        DBExecute("INSERT INTO t VALUES (" + std::to_string(id) + ", 'LAST" + std::string(200, 'x') + "')");
+    }
+    Run({"COMMIT"});
+    gDBConn.reset();
+    std::string bytes = ReadWholeFile(path);
+    const std::string marker("L\0A\0S\0T\0", 8);
+    const std::size_t page = bytes.rfind(marker) / jet::kPageSize * jet::kPageSize;
+    std::fill_n(bytes.begin() + static_cast<std::ptrdiff_t>(page), 16, '\xEE');
+    const std::string damaged = folder.File("damaged.mdb");
+    std::ofstream(damaged, std::ios::binary) << bytes;
+    DBOpenADO(damaged, "");
+    EXPECT_TRUE(DBChkExistence(kTableKind, "t", ""));
+    EXPECT_TRUE(DBChkExistence(kColumnKind, "t", "c"));
+    EXPECT_EQ(DBGetValue("SELECT id FROM t"), Int(0));
+    EXPECT_THAT(messages.shown, IsEmpty());
+    std::unique_ptr<db::Recordset> rows;
+    EXPECT_EQ(DBOpenRs(rows, "SELECT id FROM t", 0, 1, 1), -1) << "the page is damaged indeed";
 }
 
 TEST_F(Session, ReplacesTheConnectionEvenByOneThatFails) {

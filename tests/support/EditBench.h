@@ -18,7 +18,8 @@ class EditBench {
     explicit EditBench(const std::string& path)
         : database(jet::Database::OpenForChanges(path, {.password = {}, .checkPassword = false})),
           edits(database->Pager(), database->Catalog(), database->Header().ownerKey),
-          relations([this](jet::PageNumber page) -> jet::EditedTable& { return edits.Edit(page); }),
+          relations(database->Catalog(),
+                    [this](jet::PageNumber page) -> jet::EditedTable& { return edits.Edit(page); }),
           schema(*database, edits) {}
 
     /// Does the work wholly or not at all; gives back the number of the error that stopped it, 0 when none

@@ -2,6 +2,7 @@
 #include "cli/Failure.h"
 #include "cli/Messages.h"
 #include "cli/Output.h"
+#include "cli/ProductOption.h"
 #include "cli/TerminalProgress.h"
 #include "compare/Headless.h"
 #include "report/ComparisonReport.h"
@@ -25,6 +26,7 @@ class CompareCommand : public Command {
         AddText(app, "--password-b", request_.b.password, "암호", "DB B의 암호");
         AddText(app, "--table-a", request_.a.table, "테이블", "DB A에서 이 테이블만");
         AddText(app, "--table-b", request_.b.table, "테이블", "DB B에서 이 테이블만");
+        AddProduct(app, request_.product, "작업 사본을 이 제품의 최신 버전으로 바꾸어 비교");
         AddFlag(app, "--both-only", request_.bothOnly, "한쪽만 존재하는 필드 제외");
         AddFlag(app, "--index-only", request_.indexOnly, "인덱스만 비교");
         AddFlag(app, "--only-differences", request_.onlyDifferences, "틀린 자료만 보기");
@@ -40,6 +42,7 @@ class CompareCommand : public Command {
             messages.ComplainOfAll();
             return ExitCode::Failed;
         }
+        messages.ComplainOfAllButLast();  // the last one is the result, which is in the report
         Report(*result);
         return result->Differences() == 0 ? ExitCode::Done : ExitCode::Found;
     }

@@ -1,8 +1,9 @@
-#include <array>
+#include <functional>
 
 #include "cli/Arguments.h"
 #include "cli/Output.h"
 #include "cli/demo/DemoWriter.h"
+#include "cli/demo/ProductDemo.h"
 #include "platform/FileSystem.h"
 
 namespace tavrel::cli {
@@ -12,19 +13,19 @@ namespace {
 /// A database that is made under another name first; without Commit nothing of it stays.
 class FreshDemo {
   public:
-    FreshDemo(std::string path, bool a) : path_(std::move(path)), temporary_(UnusedNameBeside(path_)) {
-        if (platform::FileExists(path_) && !IsDemoDatabase(path_)) {
+    FreshDemo(std::string path, const std::function<void(const std::string&)>& write)
+        : path_(std::move(path)), temporary_(UnusedNameBeside(path_)) {
+        if (platform::FileExists(path_) && !IsDemoDatabase(path_) && !IsProductDemo(path_)) {
             throw MakeError(errors::kDatabaseExists, {}, path_);
         }
-        WriteDemoDatabase(temporary_, a);
-    }
-    ~FreshDemo() {
         try {
-            platform::DeleteFileIfThere(temporary_);
-        } catch (const Error&) {
-            // The failure that brought us here is the one to report.
+            write(temporary_);
+        } catch (...) {
+            Remove();
+            throw;
         }
     }
+    ~FreshDemo() { Remove(); }
     FreshDemo(const FreshDemo&) = delete;
     FreshDemo& operator=(const FreshDemo&) = delete;
 
@@ -32,6 +33,14 @@ class FreshDemo {
     [[nodiscard]] const std::string& Path() const { return path_; }
 
   private:
+    void Remove() const {
+        try {
+            platform::DeleteFileIfThere(temporary_);
+        } catch (const Error&) {
+            // The failure that brought us here is the one to report.
+        }
+    }
+
     std::string path_;
     std::string temporary_;
 };
@@ -40,7 +49,7 @@ class DemoCommand : public Command {
   public:
     [[nodiscard]] const char* Name() const override { return "demo"; }
     [[nodiscard]] const char* Description() const override {
-        return "비교가 보여 줄 수 있는 차이를 모두 담은 작은 데이터베이스 둘을 만듭니다.";
+        return "시연용 데이터베이스를 만듭니다. 처음 둘은 dalvorii 96 버전과 133 버전입니다.";
     }
 
     void Declare(CLI::App& app) override {
@@ -49,16 +58,26 @@ class DemoCommand : public Command {
 
     ExitCode Run() override {
         platform::MakeFolder(folder_);
-        FreshDemo a(folder_ + platform::kPathSeparator + "demo-a.mdb", true);
-        FreshDemo b(folder_ + platform::kPathSeparator + "demo-b.mdb", false);
-        a.Commit();
-        b.Commit();
-        StandardOutput() << a.Path() << '\n' << b.Path() << '\n';
+        for (const ProductDemo& demo : ProductDemos()) {
+            Make(demo.file, [&](const std::string& path) { WriteProductDemo(demo, path); });
+        }
+        // A pair that shows every difference a comparison can show.
+        Make("demo-a.mdb", [](const std::string& path) { WriteDemoDatabase(path, true); });
+        Make("demo-b.mdb", [](const std::string& path) { WriteDemoDatabase(path, false); });
+        for (const auto& demo : made_) {
+            demo->Commit();
+            StandardOutput() << demo->Path() << '\n';
+        }
         return ExitCode::Done;
     }
 
   private:
+    void Make(const char* file, const std::function<void(const std::string&)>& write) {
+        made_.push_back(std::make_unique<FreshDemo>(folder_ + platform::kPathSeparator + file, write));
+    }
+
     std::string folder_;
+    std::vector<std::unique_ptr<FreshDemo>> made_;
 };
 
 }  // namespace

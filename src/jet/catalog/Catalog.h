@@ -37,6 +37,7 @@ inline constexpr std::uint32_t kOneToOne = 0x1;
 inline constexpr std::uint32_t kNotEnforced = 0x2;
 inline constexpr std::uint32_t kCascadeUpdates = 0x100;
 inline constexpr std::uint32_t kCascadeDeletes = 0x1000;
+inline constexpr std::uint32_t kDeletesSetNull = 0x2000;
 }  // namespace relationFlags
 
 /// A row of MSysObjects.

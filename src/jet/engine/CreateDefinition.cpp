@@ -23,8 +23,8 @@ constexpr unsigned kShortNumeric = 9;
 constexpr unsigned kShortPrecision = 19;
 
 /// Columns that live in the fixed part of a row; all others are variable.
-bool IsFixedType(ColumnType type) {
-    return type <= ColumnType::Date;
+bool IsFixed(const ColumnSpec& spec) {
+    return spec.type <= ColumnType::Date || (spec.type == ColumnType::Text && spec.fixedLength);
 }
 
 unsigned LengthOf(const ColumnSpec& spec) {
@@ -85,7 +85,7 @@ void CheckColumns(const TableSpec& spec) {
 
 std::uint8_t FlagsOf(const ColumnSpec& spec) {
     std::uint8_t flags = columnFlags::kNullable;
-    if (IsFixedType(spec.type)) {
+    if (IsFixed(spec)) {
         flags |= columnFlags::kFixed;
     }
     if (spec.autonumber) {
@@ -110,15 +110,17 @@ Column NewColumn(const ColumnSpec& spec, std::size_t place, std::uint16_t sortOr
 }
 
 void AddColumns(TableDefinition& table, const TableSpec& spec, std::uint16_t sortOrder) {
-    std::uint16_t nextOffset = 0;
+    unsigned nextOffset = 0;
     for (const ColumnSpec& columnSpec : spec.columns) {
         Column column = NewColumn(columnSpec, table.columns.size(), sortOrder);
         column.variableIndex = table.variableNumbers;
         if (column.Fixed()) {
-            column.fixedOffset = nextOffset;
+            column.fixedOffset = static_cast<std::uint16_t>(nextOffset);
             // A Boolean takes no room: its value is its bit in the null mask.
-            nextOffset = static_cast<std::uint16_t>(
-                nextOffset + (column.type == ColumnType::Boolean ? 0U : unsigned{column.length}));
+            nextOffset += column.type == ColumnType::Boolean ? 0U : unsigned{column.length};
+            if (nextOffset > kMaxFixedBytes) {
+                throw MakeError(errors::kRecordTooLarge);
+            }
         } else {
             ++table.variableNumbers;
         }

@@ -7,9 +7,12 @@
 
 namespace tavrel::jet {
 
+/// What the fixed columns of a row may take together.
+inline constexpr unsigned kMaxFixedBytes = 4000;
+
 /// The definition of a new table, without pages: maps and roots are still to be given.  Columns and indexes
-/// are numbered in the order of the specification. Throws 3090, 3125, 3190, 3191, 3264, 3277, 3283, 3375,
-/// 3382, 3409, 3626.
+/// are numbered in the order of the specification. Throws 3047, 3090, 3125, 3190, 3191, 3264, 3277, 3283,
+/// 3375, 3382, 3409, 3626.
 TableDefinition NewTableDefinition(const TableSpec& spec, std::uint16_t sortOrder);
 
 /// Adds an index, without its tree yet, as the last of both lists.  Throws 3125, 3277, 3283, 3375, 3409.

@@ -246,7 +246,7 @@ void RelationMaker::AddChildTree() {
     for (const std::uint16_t number : ChildColumns()) {
         tree.columns.push_back({number, true});
     }
-    const KeyMaker maker(child_, tree.columns);
+    const KeyMaker maker(child_, tree.columns, context.unknown);
     std::vector<bool> wanted(child_.columns.size());
     maker.MarkColumns(wanted);
     EntryArena entries;
@@ -254,6 +254,9 @@ void RelationMaker::AddChildTree() {
     ScanFields(context.pager, child_, wanted, [&](RowPointer row, const StoredFields& fields) {
         maker.Make(fields, key);
         entries.Add(key.bytes, row, key.hasNull);
+        if (key.standIn) {
+            context.standIns.insert(childName_);
+        }
     });
     PageNumber mapPage = child_.ownedMap.page;
     tree.map = context.allocator.NewMap(mapPage);
@@ -293,7 +296,8 @@ void RelationMaker::WriteRows() {
     row.grbit = (relation_.oneToOne ? relationFlags::kOneToOne : 0) |
                 (relation_.enforced ? 0 : relationFlags::kNotEnforced) |
                 (relation_.updateCascade ? relationFlags::kCascadeUpdates : 0) |
-                (relation_.deleteCascade ? relationFlags::kCascadeDeletes : 0);
+                (relation_.deleteCascade ? relationFlags::kCascadeDeletes : 0) |
+                (relation_.deleteSetsNull ? relationFlags::kDeletesSetNull : 0);
     row.columnCount = static_cast<std::int32_t>(pairs_.size());
     row.childTable = childName_;
     row.parentTable = parentName_;

@@ -243,6 +243,7 @@ RelationInfo DescribeRelation(std::vector<RelationRow>& rows) {
     relation.referencedTable = first.parentTable;
     relation.updateCascade = (first.grbit & relationFlags::kCascadeUpdates) != 0;
     relation.deleteCascade = (first.grbit & relationFlags::kCascadeDeletes) != 0;
+    relation.deleteSetsNull = (first.grbit & relationFlags::kDeletesSetNull) != 0;
     relation.enforced = (first.grbit & relationFlags::kNotEnforced) == 0;
     relation.oneToOne = (first.grbit & relationFlags::kOneToOne) != 0;
     for (const RelationRow& row : rows) {

@@ -85,15 +85,16 @@ class SessionChanges : public sql::TableChanges {
 }  // namespace
 
 std::unique_ptr<EditSession> EditSession::Open(const std::string& path, const OpenOptions& options,
-                                               Durability durability) {
-    return std::unique_ptr<EditSession>(new EditSession(Database::OpenForChanges(path, options), durability));
+                                               Durability durability, UnknownWeights unknown) {
+    return std::unique_ptr<EditSession>(
+        new EditSession(Database::OpenForChanges(path, options), durability, unknown));
 }
 
-EditSession::EditSession(std::unique_ptr<Database> database, Durability durability)
+EditSession::EditSession(std::unique_ptr<Database> database, Durability durability, UnknownWeights unknown)
     : database_(std::move(database)),
       durability_(durability),
       edits_(database_->Pager(), database_->Catalog(), database_->Header().ownerKey),
-      relations_([this](PageNumber page) -> EditedTable& { return edits_.Edit(page); }),
+      relations_(database_->Catalog(), [this](PageNumber page) -> EditedTable& { return edits_.Edit(page); }),
       texts_(database_->Header().sortOrder),
       schema_(std::make_unique<SchemaEditor>(*database_, edits_)),
       workspace_(std::make_unique<sql::Workspace>(sql::Workspace{.tables = *this,
@@ -101,16 +102,14 @@ EditSession::EditSession(std::unique_ptr<Database> database, Durability durabili
                                                                  .transactions = *this,
                                                                  .texts = texts_,
                                                                  .now = {},
-                                                                 .identity = {}})) {}
+                                                                 .identity = {}})) {
+    edits_.Context().unknown = unknown;
+}
 
 EditSession::~EditSession() {
-    if (explicit_) {
-        UndoStatement();
-        try {
-            Rollback();
-        } catch (const Error&) {
-            // Nothing of the transaction has reached the file.
-        }
+    UndoStatement();
+    while (database_->Pager().InTransaction()) {
+        database_->Pager().RollbackTransaction();
     }
 }
 
@@ -142,32 +141,37 @@ std::unique_ptr<sql::TableChanges> EditSession::Change(sql::TableAccess& table,
 // ---- statements and transactions
 
 void EditSession::Begin() {
-    if (explicit_) {
+    if (transactions_ == kMaxTransactions) {
         throw MakeError(errors::kTooManyTransactions);
     }
     database_->Pager().BeginTransaction();
-    explicit_ = true;
+    ++transactions_;
 }
 
 void EditSession::Commit() {
-    if (!explicit_) {
+    if (transactions_ == 0) {
         throw MakeError(errors::kNoTransaction);
     }
-    explicit_ = false;
+    if (transactions_ > 1) {
+        database_->Pager().CommitTransaction(false);
+        --transactions_;
+        return;
+    }
+    transactions_ = 0;
     WriteOut();
 }
 
 void EditSession::Rollback() {
-    if (!explicit_) {
+    if (transactions_ == 0) {
         throw MakeError(errors::kNoTransaction);
     }
-    explicit_ = false;
+    --transactions_;
     database_->Pager().RollbackTransaction();
     edits_.Forget();
 }
 
 void EditSession::BeginStatement() {
-    if (!explicit_) {
+    if (transactions_ == 0) {
         database_->Pager().BeginTransaction();
     }
     database_->Pager().BeginStatement();
@@ -177,17 +181,21 @@ void EditSession::BeginStatement() {
 void EditSession::EndStatement() {
     edits_.Save();
     database_->Pager().CommitStatement();
-    if (!explicit_) {
+    if (transactions_ == 0) {
         WriteOut();
     }
 }
 
 /// Ends the transaction.  When that fails everything is as before it.
 void EditSession::WriteOut() {
-    CountCommit();
+    Pager& pager = database_->Pager();
     try {
-        database_->Pager().CommitTransaction(durability_ == Durability::OnMedium);
+        CountCommit();
+        pager.CommitTransaction(durability_ == Durability::OnMedium);
     } catch (...) {
+        if (pager.InTransaction()) {
+            pager.RollbackTransaction();
+        }
         edits_.Forget();
         throw;
     }
@@ -205,7 +213,7 @@ void EditSession::UndoStatement() noexcept {
     if (pager.InStatement()) {
         pager.RollbackStatement();
     }
-    if (!explicit_ && pager.InTransaction()) {
+    if (transactions_ == 0 && pager.InTransaction()) {
         pager.RollbackTransaction();
     }
     edits_.Forget();

@@ -24,10 +24,12 @@ class EditSession : public sql::Tables, public sql::Transactions {
     /// What a finished transaction is worth when the power fails; being killed never harms.
     enum class Durability { OnMedium, WrittenOut };
 
-    /// Opens an existing database for changing, after undoing what an unfinished transaction has left. Throws
+    /// Opens an existing database for changing, after undoing what an unfinished transaction has left.
+    /// `unknown`: stand-in weights are for copies that nobody works with afterwards, see the README. Throws
     /// what Database::Open throws, and 3045 when anybody has the file open.
     static std::unique_ptr<EditSession> Open(const std::string& path, const OpenOptions& options = {},
-                                             Durability durability = Durability::OnMedium);
+                                             Durability durability = Durability::OnMedium,
+                                             UnknownWeights unknown = UnknownWeights::Refuse);
     /// Rolls an open transaction back.
     ~EditSession() override;
     EditSession(const EditSession&) = delete;
@@ -35,6 +37,8 @@ class EditSession : public sql::Tables, public sql::Transactions {
 
     [[nodiscard]] Database& File() { return *database_; }
     sql::ExecuteResult Execute(std::string_view statement);
+    /// Tables with an index to which this session has given stand-in weights.
+    [[nodiscard]] const std::set<std::string>& TablesWithStandIns() { return edits_.Context().standIns; }
 
     // ---- sql::Tables
     std::shared_ptr<sql::TableAccess> Find(std::string_view name) override;
@@ -42,6 +46,7 @@ class EditSession : public sql::Tables, public sql::Transactions {
                                               std::span<const std::size_t> updated) override;
 
     // ---- sql::Transactions
+    /// Throws 3094 for a sixth transaction inside five others.
     void Begin() override;
     void Commit() override;
     void Rollback() override;
@@ -54,7 +59,9 @@ class EditSession : public sql::Tables, public sql::Transactions {
     [[nodiscard]] RelationRules& Relations() { return relations_; }
 
   private:
-    EditSession(std::unique_ptr<Database> database, Durability durability);
+    static constexpr unsigned kMaxTransactions = 5;
+
+    EditSession(std::unique_ptr<Database> database, Durability durability, UnknownWeights unknown);
     void CountCommit();
     void WriteOut();
 
@@ -65,7 +72,7 @@ class EditSession : public sql::Tables, public sql::Transactions {
     std::unordered_map<PageNumber, std::shared_ptr<SessionTable>>
         tables_;  ///< met since the last change of definitions
     std::uint64_t catalogEdition_ = 0;
-    bool explicit_ = false;  ///< a transaction was begun by a statement
+    unsigned transactions_ = 0;  ///< begun by statements, one inside the other
     sql::TextComparer texts_;
     std::unique_ptr<sql::SchemaChanges> schema_;
     std::unique_ptr<sql::Workspace> workspace_;

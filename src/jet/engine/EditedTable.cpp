@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <random>
 
+#include "jet/catalog/Catalog.h"
 #include "jet/engine/RowEncoder.h"
 #include "jet/index/IndexReader.h"
 #include "jet/index/KeyEncoder.h"
@@ -27,9 +28,11 @@ EditedTable::EditedTable(WriteContext& context, std::string name, TableDefinitio
         randomNumbers_ = randomNumbers_ || (column.Autonumber() && drawn != nullptr &&
                                             drawn->AsText().find("GenUniqueID") != std::string::npos);
     }
+    const bool ofEngine = definition_.page >= kObjectsPage && definition_.page <= kRelationshipsPage;
+    const UnknownWeights unknown = ofEngine ? UnknownWeights::Refuse : context.unknown;
     for (const RealIndex& index : definition_.realIndexes) {
         Index& made = indexes_.emplace_back(
-            Index{KeyMaker(definition_, index.columns),
+            Index{KeyMaker(definition_, index.columns, unknown),
                   BTree(context.pager, context.allocator, definition_.page, index.map, index.root),
                   std::vector<bool>(definition_.columns.size()), index.Unique(), index.Required(),
                   index.IgnoreNulls()});
@@ -67,7 +70,7 @@ RowPointer EditedTable::Insert(std::span<const Value> values) {
     }
     for (std::size_t i = 0; i < indexes_.size(); ++i) {
         MakeKey(indexes_[i], builder_.Fields(), keys_[i]);
-        CheckKey(indexes_[i], keys_[i]);
+        CheckKey(i, keys_[i], {});
     }
     const std::size_t counter = PlaceOfAutonumber();
     if (counter != TableDefinition::npos && builder_.Fields()[counter]) {
@@ -96,8 +99,18 @@ void EditedTable::MakeKey(const Index& index, const StoredFields& fields, RowKey
     }
 }
 
-void EditedTable::CheckKey(Index& index, const RowKey& key) {
-    if (index.unique && !key.hasNull && index.tree.Contains(key.bytes)) {
+/// `self`: the row that is to have the key.
+void EditedTable::CheckKey(std::size_t index, const RowKey& key, RowPointer self) {
+    if (!indexes_[index].unique || key.hasNull) {
+        return;
+    }
+    bool taken = false;
+    if (key.standIn) {
+        taken = std::ranges::any_of(RowsWithKey(index, key), [&](RowPointer row) { return row != self; });
+    } else {
+        taken = HasKey(index, key);
+    }
+    if (taken) {
         throw MakeError(errors::kDuplicateKey, {}, name_);
     }
 }
@@ -107,6 +120,9 @@ void EditedTable::AddEntry(std::size_t index, const RowKey& key, RowPointer at) 
         return;
     }
     indexes_[index].tree.Insert(key.bytes, at);
+    if (key.standIn) {
+        context_.standIns.insert(name_);
+    }
     if (indexes_[index].unique) {
         ++definition_.realIndexes[index].distinctKeys;
     }
@@ -180,14 +196,30 @@ StoredFields EditedTable::Read(RowPointer at, const std::vector<bool>& wanted) {
     return fields;
 }
 
-bool EditedTable::HasKey(std::size_t realIndex, ByteView key) {
-    return indexes_.at(realIndex).tree.Contains(key);
+bool EditedTable::HasKey(std::size_t realIndex, const RowKey& key) {
+    return key.standIn ? !RowsWithKey(realIndex, key).empty()
+                       : indexes_.at(realIndex).tree.Contains(key.bytes);
 }
 
-std::vector<RowPointer> EditedTable::RowsWithKey(std::size_t realIndex, ByteView key) {
+std::vector<RowPointer> EditedTable::RowsWithKey(std::size_t realIndex, const RowKey& key) {
     std::vector<RowPointer> rows;
-    IndexReader reader(context_.pager, definition_.realIndexes.at(realIndex).root, definition_.page);
-    for (bool more = reader.Seek(key); more && std::ranges::equal(reader.Key(), key); more = reader.Next()) {
+    const RealIndex& index = definition_.realIndexes.at(realIndex);
+    if (key.standIn) {
+        const KeyMaker maker(definition_, index.columns, UnknownWeights::StandIn);
+        std::vector<bool> wanted(definition_.columns.size());
+        maker.MarkColumns(wanted);
+        RowKey other;
+        ScanFields(context_.pager, definition_, wanted, [&](RowPointer row, const StoredFields& fields) {
+            maker.Make(fields, other);
+            if (other.bytes == key.bytes) {
+                rows.push_back(row);
+            }
+        });
+        return rows;
+    }
+    IndexReader reader(context_.pager, index.root, definition_.page);
+    for (bool more = reader.Seek(key.bytes); more && std::ranges::equal(reader.Key(), key.bytes);
+         more = reader.Next()) {
         rows.push_back(reader.Row());
     }
     return rows;
@@ -248,7 +280,7 @@ void EditedTable::UpdateEntries(RowPointer at, const RowView& row, std::span<con
         RemoveEntry(i, before, at);
         RowKey key;
         MakeKey(index, fields, key);
-        CheckKey(index, key);
+        CheckKey(i, key, at);
         AddEntry(i, key, at);
     }
 }

@@ -63,9 +63,10 @@ class EditedTable {
     /// False when the slot holds no row (any more).
     [[nodiscard]] bool Exists(RowPointer at);
 
-    /// True when a row has that key.
-    [[nodiscard]] bool HasKey(std::size_t realIndex, ByteView key);
-    [[nodiscard]] std::vector<RowPointer> RowsWithKey(std::size_t realIndex, ByteView key);
+    /// Rows with a key in an index.  One with stand-in weights is looked for in the rows themselves: their
+    /// entries may be those of other programs.
+    [[nodiscard]] bool HasKey(std::size_t realIndex, const RowKey& key);
+    [[nodiscard]] std::vector<RowPointer> RowsWithKey(std::size_t realIndex, const RowKey& key);
 
     /// Writes the counters into the definition page, if they have changed.
     void SaveCounters();
@@ -80,7 +81,7 @@ class EditedTable {
 
     [[nodiscard]] std::size_t PlaceOfAutonumber() const;
     void MakeKey(const Index& index, const StoredFields& fields, RowKey& key) const;
-    void CheckKey(Index& index, const RowKey& key);
+    void CheckKey(std::size_t index, const RowKey& key, RowPointer self);
     void AddEntry(std::size_t index, const RowKey& key, RowPointer at);
     void RemoveEntry(std::size_t index, const StoredFields& fields, RowPointer at);
     ByteVector ReadBytes(RowPointer at);

@@ -5,6 +5,7 @@
 #include "jet/engine/UnknownWeight.h"
 #include "jet/index/KeyEncoder.h"
 #include "jet/storage/TextCoding.h"
+#include "text/Case.h"
 
 namespace tavrel::jet {
 
@@ -53,23 +54,23 @@ RelationRules::PartnerIndex RelationRules::Partner(const LogicalIndex& link) {
     EditedTable& table = find_(link.partnerPage);
     for (const LogicalIndex& other : table.Definition().logicalIndexes) {
         if (other.number == link.partner && other.real < table.Definition().realIndexes.size()) {
-            return {&table, other.real};
+            return {&table, &other};
         }
     }
     ThrowDamaged("관계 " + link.name + "의 상대 인덱스가 없음");
 }
 
 /// The key that a row of this table asks for in the partner's index; nothing when a column is null.
-std::optional<ByteVector> RelationRules::PartnerKey(const EditedTable& table, const LogicalIndex& link,
-                                                    const PartnerIndex& partner, const StoredFields& fields) {
+std::optional<RowKey> RelationRules::PartnerKey(const EditedTable& table, const LogicalIndex& link,
+                                                const PartnerIndex& partner, const StoredFields& fields) {
     const TableDefinition& own = table.Definition();
     const TableDefinition& other = partner.table->Definition();
     const std::vector<IndexColumn>& ownColumns = own.realIndexes[link.real].columns;
-    const std::vector<IndexColumn>& otherColumns = other.realIndexes[partner.real].columns;
+    const std::vector<IndexColumn>& otherColumns = other.realIndexes[partner.link->real].columns;
     if (ownColumns.size() != otherColumns.size()) {
         ThrowDamaged("관계 " + link.name + "의 열 수가 다름");
     }
-    ByteVector key;
+    RowKey key;
     for (std::size_t i = 0; i < ownColumns.size(); ++i) {
         const std::optional<ByteVector>& field = fields[own.FindColumn(ownColumns[i].number)];
         if (!field) {
@@ -80,12 +81,18 @@ std::optional<ByteVector> RelationRules::PartnerKey(const EditedTable& table, co
             other.columns[place].type != own.columns[own.FindColumn(ownColumns[i].number)].type) {
             ThrowDamaged("관계 " + link.name + "의 열 형식이 다름");
         }
-        const auto part = EncodeKeyColumn(other.columns[place], ByteView(*field), otherColumns[i].ascending);
+        const bool ascending = otherColumns[i].ascending;
+        auto part = EncodeKeyColumn(other.columns[place], ByteView(*field), ascending);
+        if (!part) {
+            key.standIn = true;
+            part =
+                EncodeKeyColumn(other.columns[place], ByteView(*field), ascending, UnknownWeights::StandIn);
+        }
         if (!part) {
             ThrowUnknownWeight(DecodeUnits(*field), other.columns[place].sortOrder,
                                other.columns[place].name);
         }
-        AppendBytes(key, *part);
+        AppendBytes(key.bytes, *part);
     }
     return key;
 }
@@ -104,8 +111,8 @@ void RelationRules::CheckParents(EditedTable& table, RowPointer at, const std::v
             }
         }
         const PartnerIndex parent = Partner(*link);
-        const std::optional<ByteVector> key = PartnerKey(table, *link, parent, table.Read(at, columns));
-        if (key && !parent.table->HasKey(parent.real, *key)) {
+        const std::optional<RowKey> key = PartnerKey(table, *link, parent, table.Read(at, columns));
+        if (key && !parent.table->HasKey(parent.link->real, *key)) {
             throw MakeError(errors::kNoParentRecord, {parent.table->Name()});
         }
     }
@@ -137,12 +144,12 @@ std::vector<RelationRules::Cascade> RelationRules::PlanUpdate(EditedTable& table
             continue;
         }
         const PartnerIndex child = Partner(*link);
-        const std::optional<ByteVector> key = PartnerKey(table, *link, child, before);
-        const std::optional<ByteVector> newKey = PartnerKey(table, *link, child, after);
-        if (!key || key == newKey) {
+        const std::optional<RowKey> key = PartnerKey(table, *link, child, before);
+        const std::optional<RowKey> newKey = PartnerKey(table, *link, child, after);
+        if (!key || (newKey && key->bytes == newKey->bytes)) {
             continue;
         }
-        Cascade cascade{child.table, child.table->RowsWithKey(child.real, *key), {}};
+        Cascade cascade{child.table, child.table->RowsWithKey(child.link->real, *key), {}};
         if (cascade.rows.empty()) {
             continue;
         }
@@ -153,7 +160,7 @@ std::vector<RelationRules::Cascade> RelationRules::PlanUpdate(EditedTable& table
         const TableDefinition& other = child.table->Definition();
         for (std::size_t i = 0; i < own.realIndexes[link->real].columns.size(); ++i) {
             const std::size_t from = own.FindColumn(own.realIndexes[link->real].columns[i].number);
-            const std::size_t to = other.FindColumn(other.realIndexes[child.real].columns[i].number);
+            const std::size_t to = other.FindColumn(other.realIndexes[child.link->real].columns[i].number);
             cascade.changes.push_back({to, after[from], std::nullopt});
         }
         cascades.push_back(std::move(cascade));
@@ -184,6 +191,26 @@ bool RelationRules::Update(EditedTable& table, RowPointer at, std::span<const Fi
     return true;
 }
 
+/// The parent of a row goes: the row loses its key, if the relation says so.
+void RelationRules::Release(EditedTable& child, RowPointer row, const LogicalIndex& link) {
+    if (!DeletesSetNull(link.name)) {
+        throw MakeError(errors::kChildRecords, {child.Name()});
+    }
+    const TableDefinition& table = child.Definition();
+    std::vector<FieldChange> changes;
+    for (const IndexColumn& column : table.realIndexes.at(link.real).columns) {
+        changes.push_back(child.Encode(table.FindColumn(column.number), Null{}));
+    }
+    Update(child, row, changes);
+}
+
+bool RelationRules::DeletesSetNull(const std::string& relation) const {
+    return std::ranges::any_of(catalog_.RelationRows(), [&](const RelationRow& row) {
+        return (row.grbit & relationFlags::kDeletesSetNull) != 0 &&
+               text::EqualIgnoringCase(row.name, relation);
+    });
+}
+
 bool RelationRules::Delete(EditedTable& table, RowPointer at) {
     const auto self = std::pair(table.Definition().page, at);
     if (!table.Exists(at) || !deleting_.insert(self).second) {
@@ -191,19 +218,20 @@ bool RelationRules::Delete(EditedTable& table, RowPointer at) {
     }
     for (const LogicalIndex* link : LinksOf(table.Definition(), RelationSide::Parent)) {
         const PartnerIndex child = Partner(*link);
-        const std::optional<ByteVector> key =
+        const std::optional<RowKey> key =
             PartnerKey(table, *link, child, table.Read(at, ColumnsOf(table.Definition(), *link)));
         if (!key) {
             continue;
         }
-        for (const RowPointer row : child.table->RowsWithKey(child.real, *key)) {
+        for (const RowPointer row : child.table->RowsWithKey(child.link->real, *key)) {
             if (deleting_.contains({child.table->Definition().page, row})) {
                 continue;  // the row itself, or one that is on its way out
             }
-            if (link->cascadeDeletes != 1) {
-                throw MakeError(errors::kChildRecords, {child.table->Name()});
+            if (link->cascadeDeletes == 1) {
+                Delete(*child.table, row);
+            } else {
+                Release(*child.table, row, *child.link);
             }
-            Delete(*child.table, row);
         }
     }
     table.Delete(at);

@@ -4,12 +4,13 @@
 
 #include "jet/catalog/RowCursor.h"
 #include "jet/engine/UnknownWeight.h"
-#include "jet/index/KeyEncoder.h"
 #include "jet/storage/TextCoding.h"
 
 namespace tavrel::jet {
 
-KeyMaker::KeyMaker(const TableDefinition& table, const std::vector<IndexColumn>& columns) {
+KeyMaker::KeyMaker(const TableDefinition& table, const std::vector<IndexColumn>& columns,
+                   UnknownWeights unknown)
+    : unknown_(unknown) {
     for (const IndexColumn& column : columns) {
         const std::size_t place = table.FindColumn(column.number);
         if (place == TableDefinition::npos) {
@@ -23,10 +24,15 @@ void KeyMaker::Make(const StoredFields& fields, RowKey& key) const {
     key.bytes.clear();
     key.hasNull = false;
     key.allNull = true;
+    key.standIn = false;
     for (const Part& part : parts_) {
         const std::optional<ByteVector>& field = fields[part.place];
         const auto stored = field ? std::optional<ByteView>(*field) : std::nullopt;
-        const std::optional<ByteVector> bytes = EncodeKeyColumn(*part.column, stored, part.ascending);
+        std::optional<ByteVector> bytes = EncodeKeyColumn(*part.column, stored, part.ascending);
+        if (!bytes && unknown_ == UnknownWeights::StandIn) {
+            bytes = EncodeKeyColumn(*part.column, stored, part.ascending, unknown_);
+            key.standIn = true;
+        }
         if (!bytes) {
             ThrowUnknownWeight(DecodeUnits(*field), part.column->sortOrder, part.column->name);
         }
@@ -68,7 +74,7 @@ EntryArena KeysWithoutNull(Pager& pager, const TableDefinition& table,
     for (const std::uint16_t number : columns) {
         ascending.push_back({number, true});
     }
-    const KeyMaker maker(table, ascending);
+    const KeyMaker maker(table, ascending, UnknownWeights::StandIn);
     std::vector<bool> wanted(table.columns.size());
     maker.MarkColumns(wanted);
     EntryArena keys;

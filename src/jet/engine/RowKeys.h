@@ -8,6 +8,7 @@
 
 #include "jet/catalog/TableDefinition.h"
 #include "jet/index/EntryArena.h"
+#include "jet/index/KeyEncoder.h"
 
 namespace tavrel::jet {
 
@@ -18,16 +19,18 @@ struct RowKey {
     ByteVector bytes;
     bool hasNull = false;
     bool allNull = true;
+    bool standIn = false;  ///< a character has a stand-in weight: other programs make another key
 };
 
 /// Makes the keys of one index.
 class KeyMaker {
   public:
     /// The definition must outlive the maker.  Throws 3428 when a column of the index does not exist.
-    KeyMaker(const TableDefinition& table, const std::vector<IndexColumn>& columns);
+    KeyMaker(const TableDefinition& table, const std::vector<IndexColumn>& columns,
+             UnknownWeights unknown = UnknownWeights::Refuse);
 
-    /// `key` is filled anew.  Throws 3990 for a character of unknown weight, 3047 for a key that no page can
-    /// hold.
+    /// `key` is filled anew.  Throws 3990 for a character of unknown weight that is refused, 3047 for a key
+    /// that no page can hold.
     void Make(const StoredFields& fields, RowKey& key) const;
     /// Marks the columns that the key is made of.
     void MarkColumns(std::vector<bool>& wanted) const;
@@ -39,6 +42,7 @@ class KeyMaker {
         bool ascending;
     };
     std::vector<Part> parts_;
+    UnknownWeights unknown_;
 };
 
 /// Reads a table's rows and hands out the columns (by place) that are wanted.  Returns the number of rows.
@@ -46,7 +50,7 @@ std::uint32_t ScanFields(Pager& pager, const TableDefinition& table, const std::
                          const std::function<void(RowPointer, const StoredFields&)>& take);
 
 /// The keys of a table's rows over some columns (numbers), all ascending, sorted; rows with a null there are
-/// left out.
+/// left out.  For comparing only: characters of unknown weight have stand-ins.
 EntryArena KeysWithoutNull(Pager& pager, const TableDefinition& table,
                            const std::vector<std::uint16_t>& columns);
 

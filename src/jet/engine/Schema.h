@@ -52,6 +52,7 @@ struct RelationInfo {
     std::vector<std::string> referencedColumns;
     bool updateCascade = false;
     bool deleteCascade = false;
+    bool deleteSetsNull = false;  ///< children of a deleted parent lose their key
     bool enforced = true;
     bool oneToOne = false;
 };
@@ -66,7 +67,8 @@ struct ColumnSpec {
     bool required = false;     ///< true writes the property
     enum class ZeroLength { Unset, Allowed, Refused } zeroLength = ZeroLength::Unset;
     bool autonumber = false;
-    bool compressed = true;  ///< Text and Memo
+    bool compressed = true;    ///< Text and Memo
+    bool fixedLength = false;  ///< Text: filled up with blanks to its size
     std::uint8_t precision = 18;
     std::uint8_t scale = 0;
     std::string description;  ///< empty = no property

@@ -1,5 +1,7 @@
 #include "jet/engine/SystemRows.h"
 
+#include "jet/catalog/RowCursor.h"
+
 namespace tavrel::jet {
 
 namespace {
@@ -62,9 +64,35 @@ RowPointer SystemRows::Add(const NewObject& object) {
                    {"LvProp", object.properties.empty() ? Value{Null{}} : Value{object.properties}}});
 }
 
+/// The Admins group belongs to the workgroup that a database was made under: its account is the one with the
+/// long identifier among those that may do everything with the container of the tables.
+const ByteVector& SystemRows::Admins() {
+    constexpr std::size_t kLeastBytes = 100;
+    if (admins_) {
+        return *admins_;
+    }
+    WriteContext& context = edits_.Context();
+    const TableDefinition& aces = edits_.Edit(kAcesPage).Definition();
+    const std::size_t object = aces.FindColumnByName("ObjectId");
+    const std::size_t account = aces.FindColumnByName("SID");
+    if (object == TableDefinition::npos || account == TableDefinition::npos) {
+        ThrowDamaged("시스템 테이블에 열 ObjectId 또는 SID이(가) 없음");
+    }
+    for (RowCursor cursor(context.pager, aces, context.ownerKey); !admins_ && cursor.Next();) {
+        const Value sid = cursor.Get(account);
+        const auto* bytes = std::get_if<ByteVector>(&sid);
+        if (bytes != nullptr && bytes->size() >= kLeastBytes &&
+            cursor.Get(object) == Number(kTablesContainer)) {
+            admins_ = *bytes;
+        }
+    }
+    return admins_ ? *admins_ : admins_.emplace(accounts::kAdmins);
+}
+
 void SystemRows::Add(const Permission& permission) {
+    const bool admins = permission.account == &accounts::kAdmins && permission.objectId != kTablesContainer;
     AddRow(kAcesPage, {{"ObjectId", Number(permission.objectId)},
-                       {"SID", *permission.account},
+                       {"SID", admins ? Admins() : *permission.account},
                        {"ACM", Number(permission.mask)},
                        {"FInheritable", permission.inheritable}});
 }

@@ -41,14 +41,17 @@ class SystemRows {
     explicit SystemRows(TableEdits& edits) : edits_(edits) {}
 
     RowPointer Add(const NewObject& object);
+    /// `accounts::kAdmins` stands for this database's own Admins group.
     void Add(const Permission& permission);
     void Add(const RelationRow& row);
 
   private:
     using NamedValues = std::initializer_list<std::pair<std::string_view, Value>>;
     RowPointer AddRow(PageNumber page, const NamedValues& values);
+    const ByteVector& Admins();
 
     TableEdits& edits_;
+    std::optional<ByteVector> admins_;
 };
 
 }  // namespace tavrel::jet

@@ -19,7 +19,12 @@ std::uint32_t FirstMark() {
 TableEdits::TableEdits(Pager& pager, Catalog& catalog, std::uint32_t ownerKey)
     : catalog_(catalog),
       allocator_(pager),
-      context_{.pager = pager, .allocator = allocator_, .ownerKey = ownerKey, .nextMark = FirstMark()} {}
+      context_{.pager = pager,
+               .allocator = allocator_,
+               .ownerKey = ownerKey,
+               .nextMark = FirstMark(),
+               .unknown = UnknownWeights::Refuse,
+               .standIns = {}} {}
 
 EditedTable& TableEdits::Edit(PageNumber page) {
     auto found = tables_.find(page);

@@ -100,12 +100,12 @@ constexpr TypeRule kTypeRules[] = {
 }  // namespace
 
 std::optional<ByteVector> EncodeKeyColumn(const Column& column, const std::optional<ByteView>& stored,
-                                          bool ascending) {
+                                          bool ascending, UnknownWeights unknown) {
     if (!stored) {
         return ByteVector{ascending ? kNull : Inverted(kNull)};
     }
     if (IsText(column.type)) {
-        return EncodeTextKey(DecodeUnits(*stored), column.sortOrder, ascending);
+        return EncodeTextKey(DecodeUnits(*stored), column.sortOrder, ascending, unknown);
     }
     const auto rule = std::ranges::find(kTypeRules, column.type, &TypeRule::type);
     if (rule == std::end(kTypeRules)) {

@@ -22,16 +22,25 @@
 
 namespace tavrel::jet {
 
+/// What becomes of a character whose weight is not known in a sort order.
+enum class UnknownWeights {
+    Refuse,
+    /// It weighs FF and three bytes that spell its upper-case code, seven bits each plus 2: behind all known
+    /// characters, in the order of their codes, and equal texts stay equal.
+    StandIn
+};
+
 /// The key of one column, flag byte included.  `stored` is the column's stored value (memos fetched), nothing
 /// for null; Booleans one byte.  Nothing is returned when a text holds a character whose weight is not known
-/// in the column's sort order, and for types that no index can hold.  Throws 3428 when the value's length
-/// does not fit the type.
+/// in the column's sort order (and no stand-in is wanted), and for types that no index can hold.  Throws 3428
+/// when the value's length does not fit the type.
 std::optional<ByteVector> EncodeKeyColumn(const Column& column, const std::optional<ByteView>& stored,
-                                          bool ascending);
+                                          bool ascending, UnknownWeights unknown = UnknownWeights::Refuse);
 
 /// The key of a text by itself, as EncodeKeyColumn gives it for a Text column of that sort order (LCID).
 std::optional<ByteVector> EncodeTextKey(std::u16string_view text, std::uint16_t sortOrder,
-                                        bool ascending = true);
+                                        bool ascending = true,
+                                        UnknownWeights unknown = UnknownWeights::Refuse);
 
 /// True when the sort order's weights are known at all.
 bool IsKnownSortOrder(std::uint16_t sortOrder);

@@ -11,6 +11,8 @@
 
 #include "jet/index/Collation.h"
 #include "jet/index/KeyEncoder.h"
+#include "text/Case.h"
+#include "text/Utf.h"
 
 namespace tavrel::jet {
 
@@ -19,6 +21,7 @@ namespace {
 constexpr std::uint8_t kNotNull = 0x7F;
 constexpr std::uint8_t kSectionEnd = 0x01;
 constexpr std::uint8_t kKeyEnd = 0x00;
+constexpr std::uint8_t kStandIn = 0xFF;
 constexpr std::size_t kFirstPlace = 0x8007;
 constexpr std::size_t kPlaceStep = 4;
 
@@ -49,6 +52,16 @@ class TextKeyBuilder {
                 AddWeight(weight.primary, weight.mark);
                 return true;
         }
+    }
+
+    void AddStandIn(char16_t unit) {
+        const std::u16string upper = text::Utf16FromUtf8(text::Upper(text::Utf8FromUtf16({&unit, 1})));
+        const std::uint32_t code = upper.size() == 1 ? upper.front() : unit;
+        key_.push_back(kStandIn);
+        for (const unsigned shift : {14U, 7U, 0U}) {
+            key_.push_back(static_cast<std::uint8_t>((code >> shift & 0x7F) + 2));
+        }
+        ++weights_;
     }
 
     ByteVector Finish() {
@@ -96,19 +109,23 @@ bool IsKnownSortOrder(std::uint16_t sortOrder) {
     return Collation::Find(sortOrder) != nullptr;
 }
 
-std::optional<ByteVector> EncodeTextKey(std::u16string_view text, std::uint16_t sortOrder, bool ascending) {
+std::optional<ByteVector> EncodeTextKey(std::u16string_view text, std::uint16_t sortOrder, bool ascending,
+                                        UnknownWeights unknown) {
+    const bool standIns = unknown == UnknownWeights::StandIn;
     const Collation* collation = Collation::Find(sortOrder);
-    if (collation == nullptr) {
+    if (collation == nullptr && !standIns) {
         return std::nullopt;
     }
     text = text.substr(0, text.find_last_not_of(u' ') + 1);
     TextKeyBuilder builder(text.size());
     while (!text.empty()) {
-        const auto match = collation->At(text);
-        if (!match || !builder.Add(match->weight)) {
+        const auto match = collation == nullptr ? std::nullopt : collation->At(text);
+        if (!match && standIns) {
+            builder.AddStandIn(text.front());
+        } else if (!match || !builder.Add(match->weight)) {
             return std::nullopt;
         }
-        text.remove_prefix(match->units);
+        text.remove_prefix(match ? match->units : 1);
     }
     ByteVector key = builder.Finish();
     if (!ascending) {

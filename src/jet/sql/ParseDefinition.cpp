@@ -87,16 +87,17 @@ void Parser::ParseType(ColumnDefinition& column) {
     } else if (type->name == "NATIONAL" && !AcceptWord("CHARACTER")) {
         ExpectWord("CHAR", sqlErrors::kInFieldDefinition);
     }
-    if (type->arguments == TypeArguments::Length) {
-        AcceptWord("VARYING");
-    }
+    const bool hasLength =
+        type->arguments == TypeArguments::Length || type->arguments == TypeArguments::Padded;
+    const bool varying = hasLength && AcceptWord("VARYING");
     ColumnSpec& spec = column.column;
     spec.type = type->type;
+    spec.fixedLength = type->arguments == TypeArguments::Padded && !varying;
     const bool counter = (type->name == "INT" || type->name == "INTEGER") && AcceptWord("IDENTITY");
     const TypeArguments arguments = counter ? TypeArguments::Seed : type->arguments;
     spec.autonumber = arguments == TypeArguments::Seed;
     if (!AcceptSymbol("(")) {
-        spec.size = arguments == TypeArguments::Length ? kMaxTextSize : 0;
+        spec.size = hasLength ? kMaxTextSize : 0;
         spec.type = arguments == TypeArguments::TextOrMemo ? ColumnType::Memo : spec.type;
         return;
     }

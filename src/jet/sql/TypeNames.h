@@ -12,6 +12,7 @@ namespace tavrel::jet::sql {
 enum class TypeArguments : std::uint8_t {
     None,
     Length,      ///< (n); without it: 255
+    Padded,      ///< the same, values filled up with blanks; with VARYING behind the name they are not
     TextOrMemo,  ///< (n); without it the column is a memo
     Scale,       ///< (precision [, scale])
     Seed         ///< (seed [, increment])

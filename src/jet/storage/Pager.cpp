@@ -33,10 +33,8 @@ Page& Pager::Fresh(PageNumber number) {
         ThrowDamaged("페이지 " + std::to_string(number) + "이(가) 파일 끝에서 떨어져 있음");
     }
     if (number == pageCount_) {
-        for (Unit* unit : {&statement_, &transaction_}) {
-            if (unit->open) {
-                unit->Keep(number, {});
-            }
+        if (Unit* unit = Innermost()) {
+            unit->Keep(number, {});
         }
         ++pageCount_;
         return *Insert(number, std::make_shared<Page>(Page{}), true).page;
@@ -70,16 +68,22 @@ Pager::Frame& Pager::Insert(PageNumber number, std::shared_ptr<Page> page, bool 
 
 /// Keeps what the page was when the innermost unit began; the outer one takes it over when that ends.
 void Pager::Remember(PageNumber number, const Frame& frame) {
-    Unit& unit = statement_.open ? statement_ : transaction_;
-    if (unit.open) {
-        unit.Keep(number, {frame.page, frame.dirty});
+    if (Unit* unit = Innermost()) {
+        unit->Keep(number, {frame.page, frame.dirty});
     }
+}
+
+Pager::Unit* Pager::Innermost() {
+    if (statement_.open) {
+        return &statement_;
+    }
+    return transactions_.empty() ? nullptr : &transactions_.back();
 }
 
 /// Drops the least recently used unchanged pages beyond the limit.  Changed pages stay while a statement is
 /// open (rule 2); outside one they are written when they are too many.
 void Pager::MakeRoom() {
-    if (!statement_.open && !transaction_.open && dirtyCount_ >= limit_) {
+    if (Innermost() == nullptr && dirtyCount_ >= limit_) {
         WriteDirty();
     }
     auto place = recent_.end();
@@ -120,18 +124,22 @@ void Pager::Unit::End() {
     before.clear();
 }
 
+void Pager::Unit::TakeOver(const Unit& inner) {
+    for (const auto& [number, image] : inner.before) {
+        Keep(number, image);
+    }
+}
+
 void Pager::CommitStatement() {
     assert(statement_.open);
-    if (transaction_.open) {
-        for (const auto& [number, image] : statement_.before) {
-            transaction_.Keep(number, image);
-        }
+    if (InTransaction()) {
+        transactions_.back().TakeOver(statement_);
     }
     statement_.End();
 }
 
 void Pager::RollBack(Unit& unit) {
-    assert(unit.open && (&unit == &statement_ || !statement_.open));
+    assert(unit.open && &unit == Innermost());
     for (auto& [number, image] : unit.before) {
         const auto found = frames_.find(number);
         if (found == frames_.end()) {
@@ -154,16 +162,17 @@ void Pager::RollBack(Unit& unit) {
 }
 
 void Pager::BeginTransaction() {
-    assert(!statement_.open && dirtyCount_ == 0);
-    transaction_.Begin(pageCount_);
+    assert(!statement_.open && (InTransaction() || dirtyCount_ == 0));
+    transactions_.emplace_back().Begin(pageCount_);
 }
 
 /// Rule 6.  Before the transaction every page was as in the file, so that its before-image is what stands
 /// there.
 void Pager::WriteJournal(bool sync) {
     const std::unique_ptr<platform::File> file = journal_->create();
-    JournalWriter writer(*file, transaction_.pageCount);
-    for (const auto& [number, image] : transaction_.before) {
+    const Unit& transaction = transactions_.front();
+    JournalWriter writer(*file, transaction.pageCount);
+    for (const auto& [number, image] : transaction.before) {
         if (image.page) {
             writer.Add(number, file_->AsStored(number, *image.page));
         }
@@ -172,7 +181,13 @@ void Pager::WriteJournal(bool sync) {
 }
 
 void Pager::CommitTransaction(bool sync) {
-    assert(transaction_.open && !statement_.open);
+    assert(InTransaction() && !statement_.open);
+    if (transactions_.size() > 1) {
+        const Unit inner = std::move(transactions_.back());
+        transactions_.pop_back();
+        transactions_.back().TakeOver(inner);
+        return;
+    }
     if (dirtyCount_ > 0) {
         try {
             if (journal_) {
@@ -184,27 +199,34 @@ void Pager::CommitTransaction(bool sync) {
             }
         } catch (...) {
             PutBack();
-            RollBack(transaction_);
+            RollbackTransaction();
             throw;
         }
         if (journal_) {
             journal_->remove();
         }
     }
-    transaction_.End();
+    transactions_.pop_back();
+}
+
+void Pager::RollbackTransaction() {
+    assert(InTransaction());
+    RollBack(transactions_.back());
+    transactions_.pop_back();
 }
 
 /// A commit has failed half-way: the file gets its old pages again.  Where that fails too, the journal stays,
 /// and whoever opens the file next reads it as it was.
 void Pager::PutBack() {
     try {
-        for (const auto& [number, image] : transaction_.before) {
+        const Unit& transaction = transactions_.front();
+        for (const auto& [number, image] : transaction.before) {
             if (image.page) {
                 file_->WritePage(number, *image.page);
             }
         }
-        if (file_->PageCount() > transaction_.pageCount) {
-            file_->Truncate(transaction_.pageCount);
+        if (file_->PageCount() > transaction.pageCount) {
+            file_->Truncate(transaction.pageCount);
         }
         if (journal_) {
             journal_->remove();
@@ -215,7 +237,7 @@ void Pager::PutBack() {
 }
 
 void Pager::Flush() {
-    assert(!statement_.open && !transaction_.open);
+    assert(Innermost() == nullptr);
     WriteDirty();
     file_->Sync();
 }

@@ -1,7 +1,8 @@
 // The page cache: every page that the engine reads or changes goes through here.
 //
-// Two nested units guard changes: a statement, which is all or nothing, inside a transaction, which reaches
-// the file as a whole.  A new file, which nobody has yet, is written without either.
+// Nested units guard changes: a statement, which is all or nothing, inside a transaction, which reaches the
+// file as a whole; transactions nest, and only the outermost one reaches the file.  A new file, which nobody
+// has yet, is written without any.
 //
 // Rules (tests cite the numbers):
 //  1. A page that someone holds (PageRef) keeps its content for as long as it is held, even when the page is
@@ -73,15 +74,15 @@ class Pager {
     void RollbackStatement() { RollBack(statement_); }
     [[nodiscard]] bool InStatement() const { return statement_.open; }
 
-    /// REQUIRES: neither a statement nor a transaction is open.
+    /// Inside another transaction, or as the outermost one.  REQUIRES: no statement is open.
     void BeginTransaction();
-    /// Writes the changed pages, all of them or, when the program is killed meanwhile, none.  `sync`: they
-    /// are on the medium when the call returns.  A failure rolls the transaction back.  REQUIRES: no
-    /// statement is open.
+    /// The innermost transaction becomes part of the one round it; the outermost one's changed pages are
+    /// written, all of them or, when the program is killed meanwhile, none.  `sync`: they are on the medium
+    /// when the call returns.  A failure rolls the transaction back.  REQUIRES: no statement is open.
     void CommitTransaction(bool sync);
-    /// REQUIRES: no statement is open.
-    void RollbackTransaction() { RollBack(transaction_); }
-    [[nodiscard]] bool InTransaction() const { return transaction_.open; }
+    /// The innermost one.  REQUIRES: no statement is open.
+    void RollbackTransaction();
+    [[nodiscard]] bool InTransaction() const { return !transactions_.empty(); }
     /// Where CommitTransaction keeps the old pages; without it a transaction is not safe against being
     /// killed.
     void SetJournal(JournalFiles journal) { journal_ = std::move(journal); }
@@ -123,14 +124,18 @@ class Pager {
 
         void Begin(PageNumber count);
         void End();
+        /// An inner unit that has ended becomes part of this one.
+        void TakeOver(const Unit& inner);
         void Keep(PageNumber number, const BeforeImage& image) { before.try_emplace(number, image); }
     };
+    /// The innermost unit that is open; null when there is none.
+    Unit* Innermost();
     void RollBack(Unit& unit);
     void WriteJournal(bool sync);
     void PutBack();
 
     Unit statement_;
-    Unit transaction_;
+    std::vector<Unit> transactions_;  ///< the outermost one first
     std::optional<JournalFiles> journal_;
 };
 

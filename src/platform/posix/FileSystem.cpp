@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <optional>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include "platform/posix/Descriptor.h"
 #include "platform/posix/SystemError.h"
@@ -85,6 +86,25 @@ void ReplaceFile(const std::string& from, const std::string& to) {
         throw SystemError(reason, FileExists(from) ? to : from);
     }
     SyncFolderOf(to);
+}
+
+void CopyPermissions(const std::string& from, const std::string& to) {
+    constexpr mode_t kPermissions = 0777;
+    struct stat status = {};
+    if (::stat(from.c_str(), &status) != 0) {
+        throw LastSystemError(from);
+    }
+    if (::chmod(to.c_str(), status.st_mode & kPermissions) != 0) {
+        throw LastSystemError(to);
+    }
+    // Only the superuser may give a file away; for others it is theirs already, or stays theirs.
+    [[maybe_unused]] const int given = ::chown(to.c_str(), status.st_uid, status.st_gid);
+}
+
+std::string FollowLinks(const std::string& path) {
+    std::error_code failure;
+    const std::filesystem::path target = std::filesystem::canonical(path, failure);
+    return failure ? path : target.string();
 }
 
 std::string FullPath(const std::string& path) {

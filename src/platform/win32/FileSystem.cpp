@@ -70,6 +70,12 @@ void ReplaceFile(const std::string& from, const std::string& to) {
     }
 }
 
+void CopyPermissions(const std::string& /*from*/, const std::string& /*to*/) {}
+
+std::string FollowLinks(const std::string& path) {
+    return path;
+}
+
 std::string FullPath(const std::string& path) {
     const std::wstring wide = Wide(path);
     std::wstring full(::GetFullPathNameW(wide.c_str(), 0, nullptr, nullptr), L'\0');

@@ -23,10 +23,10 @@ class SessionBench {
     }
 
     void Close() { session_.reset(); }
-    void Reopen() {
+    void Reopen(jet::UnknownWeights unknown = jet::UnknownWeights::Refuse) {
         Close();
         session_ = jet::EditSession::Open(path_, {.password = {}, .checkPassword = false},
-                                          jet::EditSession::Durability::WrittenOut);
+                                          jet::EditSession::Durability::WrittenOut, unknown);
     }
 
     [[nodiscard]] const std::string& Path() const { return path_; }

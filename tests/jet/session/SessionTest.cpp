@@ -72,6 +72,59 @@ TEST(Session, EveryStatementLeavesASoundFile) {
     EXPECT_EQ(bench.AllFindings(), "");
 }
 
+TEST(Session, TransactionsNest) {
+    SessionBench bench;
+    bench.Run("CREATE TABLE t (a LONG)");
+    const auto rows = [&] { return bench.Run("SELECT a FROM t ORDER BY a"); };
+    bench.Run("BEGIN TRANSACTION");
+    bench.Run("INSERT INTO t VALUES (1)");
+    bench.Run("BEGIN TRANSACTION");
+    bench.Run("INSERT INTO t VALUES (2)");
+    bench.Run("CREATE TABLE u (a LONG)");
+    bench.Run("BEGIN TRANSACTION");
+    bench.Run("DELETE FROM t");
+    bench.Run("ROLLBACK");
+    EXPECT_EQ(rows(), "1;2");
+    bench.Run("COMMIT");
+    bench.Run("BEGIN TRANSACTION");
+    bench.Run("UPDATE t SET a = a + 10");
+    bench.Run("COMMIT TRANSACTION");
+    EXPECT_EQ(rows(), "11;12");
+    EXPECT_EQ(ReadRows(*jet::Database::Open(bench.Path()), "t").size(), 0U);
+    bench.Run("COMMIT");
+    EXPECT_EQ(ReadRows(*jet::Database::Open(bench.Path()), "t").size(), 2U);
+    EXPECT_EQ(bench.Failure("COMMIT"), errors::kNoTransaction);
+    EXPECT_EQ(bench.Failure("ROLLBACK"), errors::kNoTransaction);
+
+    for (int depth = 0; depth < 5; ++depth) {
+        bench.Run("BEGIN TRANSACTION");
+        bench.Run("INSERT INTO t VALUES (" + std::to_string(depth) + ")");
+    }
+    EXPECT_EQ(bench.Failure("BEGIN TRANSACTION"), errors::kTooManyTransactions);
+    bench.Reopen();  // a session that ends takes back what was not committed
+    EXPECT_EQ(rows(), "11;12");
+    EXPECT_EQ(bench.AllFindings(), "");
+}
+
+TEST(Session, TextOfFixedLengthIsFilledUpWithBlanks) {
+    SessionBench bench;
+    bench.Run("CREATE TABLE t (a CHAR(5), b LONG, c VARCHAR(5), d NATIONAL CHARACTER VARYING(7))");
+    bench.Run("CREATE INDEX i ON t (a)");
+    bench.Run("INSERT INTO t VALUES ('ab', 1, 'ab', 'x')");
+    bench.Run("INSERT INTO t (b) VALUES (2)");
+    EXPECT_EQ(bench.Failure("INSERT INTO t (a) VALUES ('abcdef')"), errors::kFieldTooSmall);
+    EXPECT_EQ(bench.Run("SELECT a, LEN(a), LEN(c) FROM t WHERE a = 'AB'"), "ab   |5|2");
+    bench.Run("ALTER TABLE t ALTER COLUMN a VARCHAR(3)");
+    bench.Run("ALTER TABLE t ALTER COLUMN c CHAR(9)");
+    EXPECT_EQ(bench.Run("SELECT a, LEN(c), b FROM t"), "ab |9|1;~|~|2");
+    EXPECT_EQ(bench.AllFindings(), "");
+    std::string columns = "a CHAR(255)";
+    for (int i = 0; i < 8; ++i) {
+        columns += ", c" + std::to_string(i) + " CHAR(255)";
+    }
+    EXPECT_EQ(bench.Failure("CREATE TABLE wide (" + columns + ")"), errors::kRecordTooLarge);
+}
+
 TEST(Session, ReadersOfTheSameProcessSeeWhatWasCommitted) {
     SessionBench bench;
     bench.Run("CREATE TABLE t (a LONG CONSTRAINT pk PRIMARY KEY, b MEMO)");

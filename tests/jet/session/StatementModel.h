@@ -110,7 +110,8 @@ struct Model {
     void CascadeUpdate(const std::string& parent, const std::string& column, const Value& from,
                        const Value& to) {
         for (const ModelRelation& r : relations) {
-            if (r.parent == parent && r.parentColumn == column && r.cascadesUpdate && from != to) {
+            if (r.parent == parent && r.parentColumn == column && r.cascadesUpdate && from != to &&
+                !jet::IsNull(from)) {
                 for (ModelRow& row : tables.at(r.child).rows) {
                     if (Folded(row.at(r.childColumn)) == Folded(from)) {
                         const Value before = row.at(r.childColumn);

@@ -56,9 +56,12 @@ struct CompactReport {
 CompactReport CompactDatabase(const std::string& source, const std::string& destination,
                               const CompactOptions& options = {});
 
-/// The same into an empty file that is open already; `path` is for messages.  A file that was not finished is
-/// left to the caller.
-CompactReport CompactInto(Database& source, std::unique_ptr<platform::File> destination,
-                          const std::string& path, const CompactOptions& options);
+/// Gives an empty file for an attempt; the file of an attempt before is closed then, and of no use.
+using FileMaker = std::function<std::unique_ptr<platform::File>()>;
+
+/// The same from a database that is open into files that are; `path` is for messages.  A file that was not
+/// finished is left to the caller.
+CompactReport CompactInto(Database& source, const FileMaker& destination, const std::string& path,
+                          const CompactOptions& options);
 
 }  // namespace tavrel::jet

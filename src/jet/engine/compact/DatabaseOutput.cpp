@@ -15,7 +15,7 @@ constexpr PageNumber kFirstUserPage = 16;
 }  // namespace
 
 DatabaseOutput::DatabaseOutput(PageOutput& out, const std::vector<TableDefinition>& systemTables)
-    : out_(out) {
+    : out_(out), systemTables_(systemTables) {
     for (PageNumber page = 0; page < kObjectsPage + systemTables.size(); ++page) {
         out_.Take();
     }
@@ -24,15 +24,33 @@ DatabaseOutput::DatabaseOutput(PageOutput& out, const std::vector<TableDefinitio
         maps += TableOutput::MapCount(table);
     }
     systemMaps_ = std::make_unique<MapRows>(out_, maps);
-    PageNumber page = kObjectsPage;
-    std::size_t map = 0;
-    for (const TableDefinition& table : systemTables) {
-        tables_.push_back(std::make_unique<TableOutput>(out_, table, page++, systemMaps_.get(), map));
-        map += TableOutput::MapCount(table);
+    for (std::size_t place = 0; place < systemTables.size(); ++place) {
+        tables_.push_back(NewSystemTable(place));
     }
     if (out_.Count() < kFirstUserPage) {
         out_.Reserve(kFirstUserPage - out_.Count());
     }
+}
+
+std::unique_ptr<TableOutput> DatabaseOutput::NewSystemTable(std::size_t place) {
+    std::size_t firstMap = 0;
+    for (std::size_t before = 0; before < place; ++before) {
+        firstMap += TableOutput::MapCount(systemTables_[before]);
+    }
+    const auto page = static_cast<PageNumber>(kObjectsPage + place);
+    return std::make_unique<TableOutput>(out_, systemTables_[place], page, systemMaps_.get(), firstMap);
+}
+
+void DatabaseOutput::ResetSystemTable(std::size_t place) {
+    tables_[place] = NewSystemTable(place);
+}
+
+void DatabaseOutput::RemoveTablesFrom(std::size_t count) {
+    for (std::size_t i = count; i < tables_.size(); ++i) {
+        const auto number = static_cast<std::int32_t>(tables_[i]->Definition().page);
+        std::erase_if(ids_, [&](const auto& entry) { return entry.second == number; });
+    }
+    tables_.resize(count);
 }
 
 TableOutput& DatabaseOutput::AddTable(const TableDefinition& packed, PageNumber oldPage) {

@@ -26,6 +26,12 @@ class DatabaseOutput {
     }
     /// A further table; `oldPage` is its definition page in the old database.
     TableOutput& AddTable(const TableDefinition& packed, PageNumber oldPage);
+    [[nodiscard]] std::size_t TableCount() const { return tables_.size(); }
+    [[nodiscard]] TableOutput& LastTable() { return *tables_.back(); }
+    /// Forgets the tables added since there were `count`; the pages are the caller's to take back.
+    void RemoveTablesFrom(std::size_t count);
+    /// The engine table is begun anew.
+    void ResetSystemTable(std::size_t place);
     /// New numbers of the tables added so far.
     [[nodiscard]] const ObjectIds& Ids() const { return ids_; }
 
@@ -33,9 +39,11 @@ class DatabaseOutput {
     void Finish(const FileHeader& header);
 
   private:
+    [[nodiscard]] std::unique_ptr<TableOutput> NewSystemTable(std::size_t place);
     void FollowPartners(TableDefinition& definition) const;
 
     PageOutput& out_;
+    std::vector<TableDefinition> systemTables_;
     std::unique_ptr<MapRows> systemMaps_;
     std::vector<std::unique_ptr<TableOutput>> tables_;
     ObjectIds ids_;

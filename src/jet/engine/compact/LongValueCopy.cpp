@@ -23,13 +23,13 @@ void PutDescriptor(std::span<std::uint8_t> descriptor, std::uint32_t lengthAndKi
 /// The bytes of a row of a long-value page.  `mark` is what the page must carry, 0 for one that begins no
 /// chain.
 ByteView LongValueCopy::PartAt(RowPointer at, std::uint32_t mark) {
-    const bool first = at.page < source_.Count() && !source_.Met(at.page);
     page_ = source_.Read(at.page);
     const DataPageView view(*page_);
     if (view.Owner() != kOwnerLongValues || view.ChainMark() != mark) {
         ThrowDamaged("긴 값의 페이지 " + std::to_string(at.page) + "이(가) 그 값의 것이 아님");
     }
-    if (first) {
+    if (!seen_[at.page]) {
+        seen_[at.page] = true;
         for (unsigned slot = 0; slot < view.SlotCount(); ++slot) {
             if (view.At(slot).flags == 0) {
                 present_.Add({at.page, static_cast<std::uint8_t>(slot)});

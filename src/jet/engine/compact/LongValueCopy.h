@@ -10,7 +10,8 @@ namespace tavrel::jet::compact {
 class LongValueCopy {
   public:
     /// `nextMark` counts the chains of the new database.
-    LongValueCopy(SourcePages& source, std::uint32_t& nextMark) : source_(source), nextMark_(nextMark) {}
+    LongValueCopy(SourcePages& source, std::uint32_t& nextMark)
+        : source_(source), nextMark_(nextMark), seen_(source.Count()) {}
 
     /// Copies the value that a descriptor names and puts its new place into the descriptor, which keeps its
     /// length; a value that stands in the row needs nothing.  `shorten`: a short value in a chain becomes one
@@ -28,6 +29,7 @@ class LongValueCopy {
 
     SourcePages& source_;
     std::uint32_t& nextMark_;
+    std::vector<bool> seen_;       ///< pages whose values were counted
     std::optional<PageRef> page_;  ///< of the part at hand
     RowTally copied_;
     RowTally present_;

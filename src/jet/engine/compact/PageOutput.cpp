@@ -37,6 +37,19 @@ void PageOutput::Reserve(PageNumber pages) {
     reserveEnd_ = next_;
 }
 
+void PageOutput::Rewind(const Position& position) {
+    next_ = position.next;
+    reserved_ = position.reserved;
+    useReserve_ = position.useReserve;
+    if (windowStart_ > next_) {
+        WriteWindow();
+        windowStart_ = next_;
+    }
+    for (PageNumber place = next_ - windowStart_; place < kWindowPages; ++place) {
+        filled_[place] = false;
+    }
+}
+
 void PageOutput::Put(PageNumber number, const Page& page) {
     Page enciphered;
     const Page* stored = &page;

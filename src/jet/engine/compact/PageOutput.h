@@ -19,8 +19,16 @@ class PageOutput {
     /// Sets pages aside; UseReserve gives them out before others.
     void Reserve(PageNumber pages);
     void UseReserve() { useReserve_ = true; }
-    /// Writes a page, now or later; once for each page, in any order, fastest in that of the numbers.  Throws
-    /// 3026 (disk full) or 3043.
+    /// Where the output stands; Rewind goes back there: the pages taken since count as not taken.
+    struct Position {
+        PageNumber next = 0;
+        PageNumber reserved = 0;
+        bool useReserve = false;
+    };
+    [[nodiscard]] Position Here() const { return {next_, reserved_, useReserve_}; }
+    void Rewind(const Position& position);
+    /// Writes a page, now or later; once for each page taken, in any order, fastest in that of the numbers.
+    /// Throws 3026 (disk full) or 3043.
     void Put(PageNumber number, const Page& page);
     /// Pages given out so far.
     [[nodiscard]] PageNumber Count() const { return next_; }

@@ -14,8 +14,6 @@ namespace tavrel::jet {
 
 namespace {
 
-constexpr std::size_t kMaxFixedBytes = 4000;
-
 TableSpec SpecOf(const ColumnSpec& column) {
     return {.name = "t", .columns = {column}, .indexes = {}};
 }
@@ -179,19 +177,24 @@ Value Convert(const sql::TableColumn& target, const Value& value) {
     return text::Utf8FromUtf16(std::u16string_view(units).substr(0, target.size));
 }
 
-void ConvertRows(SchemaContext& context, PageNumber page, std::size_t from, std::size_t to) {
-    EditedTable& table = context.Edits().Edit(page);
-    const sql::TableColumn target = TargetOf(table.Definition().columns[to]);
-    RowCursor cursor(context.Pages(), table.Definition(), 0);
-    for (const RowPointer row : RowsOf(context, table.Definition())) {
+/// Gives every row the converted value in the new column and Null in the old one.  The indexes, which are
+/// built anew afterwards, know nothing of it.
+void ConvertRows(SchemaContext& context, const ChangedTable& table, std::size_t from, std::size_t to) {
+    TableDefinition bare = table.definition;
+    bare.realIndexes.clear();
+    bare.logicalIndexes.clear();
+    EditedTable edited(context.Edits().Context(), table.object.name, bare, {});
+    const sql::TableColumn target = TargetOf(bare.columns[to]);
+    RowCursor cursor(context.Pages(), bare, 0);
+    for (const RowPointer row : RowsOf(context, bare)) {
         cursor.GoTo(row);
         const Value value = cursor.Get(from);
         if (!IsNull(value)) {
-            const FieldChange change = table.Encode(to, Convert(target, value));
-            table.Update(row, {&change, 1});
+            const FieldChange changes[] = {edited.Encode(to, Convert(target, value)),
+                                           edited.Encode(from, Null{})};
+            edited.Update(row, changes);
         }
     }
-    context.Edits().Save();
     context.Edits().Forget();
 }
 
@@ -285,10 +288,8 @@ void AlterColumnOf(SchemaContext& context, ChangedTable& table, const sql::Colum
         }
         fresh.name = "~" + std::to_string(table.definition.columnNumbers);
         Place(context, table.definition, std::move(fresh));
-        context.Store(table);
         const std::size_t to = table.definition.columns.size() - 1;
-        ConvertRows(context, table.definition.page, place, to);
-        table.definition = ReadTableDefinition(context.Pages(), table.definition.page);
+        ConvertRows(context, table, place, to);
         Replace(context, table, place, to);
     }
     const PropertyBlob before = table.properties;

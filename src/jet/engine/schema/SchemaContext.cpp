@@ -67,11 +67,12 @@ void SchemaContext::DropMap(RowPointer map) {
 }
 
 void SchemaContext::BuildTree(const ChangedTable& table, RealIndex& index) {
-    const KeyMaker maker(table.definition, index.columns);
+    const KeyMaker maker(table.definition, index.columns, edits_.Context().unknown);
     std::vector<bool> wanted(table.definition.columns.size());
     maker.MarkColumns(wanted);
     EntryArena entries;
     RowKey key;
+    bool standIn = false;
     ScanFields(Pages(), table.definition, wanted, [&](RowPointer row, const StoredFields& fields) {
         maker.Make(fields, key);
         if (key.hasNull && index.Required()) {
@@ -79,8 +80,12 @@ void SchemaContext::BuildTree(const ChangedTable& table, RealIndex& index) {
         }
         if (!(key.allNull && index.IgnoreNulls())) {
             entries.Add(key.bytes, row, key.hasNull);
+            standIn = standIn || key.standIn;
         }
     });
+    if (standIn) {
+        edits_.Context().standIns.insert(table.object.name);
+    }
     entries.Sort();
     if (index.Unique() && entries.FirstDuplicate()) {
         throw MakeError(errors::kDuplicateKey, {}, table.object.name);

@@ -159,6 +159,10 @@ void SchemaEditor::AddIndex(const std::string& table, const IndexSpec& index) {
 
 void SchemaEditor::AddForeignKey(const sql::ForeignKeyDefinition& key) {
     RelationInfo relation = key.relation;
+    relation.deleteSetsNull = key.deleteSetsNull;
+    if (key.updateSetsNull) {
+        throw MakeError(schemaErrors::kInConstraint, {}, "ON UPDATE SET NULL은 지원하지 않음");
+    }
     relation.name = relation.name.empty() ? GeneratedName("Rel_") : relation.name;
     context_.Edits().Save();
     context_.Edits().Forget();

@@ -1,0 +1,26 @@
+// The whole of a database into a new one: each table copied as it is when it is sound, else made anew from
+// what can be read of it.
+#pragma once
+
+#include "jet/engine/Database.h"
+#include "jet/engine/compact/Compact.h"
+#include "jet/engine/compact/DatabaseOutput.h"
+
+namespace tavrel::jet::compact {
+
+struct CopyOptions {
+    bool salvageAll = false;  ///< no table is trusted
+    SourcePages::ProgressFn progress;
+};
+
+struct CopyResult {
+    bool repaired = false;
+    std::vector<CompactLoss> losses;
+    std::vector<CompactedTable> tables;
+};
+
+/// Copies everything and finishes the new database.  Throws 3428 when rows lie outside every table's maps and
+/// belong to one, unless `salvageAll` is set.
+CopyResult CopyDatabase(Database& source, PageOutput& out, ScratchNumbers& numbers, CopyOptions options);
+
+}  // namespace tavrel::jet::compact

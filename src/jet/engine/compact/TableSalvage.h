@@ -1,0 +1,70 @@
+// A damaged table made anew from the rows that can be read: values, long values and index keys.
+#pragma once
+
+#include <functional>
+
+#include "jet/engine/compact/PackedTable.h"
+#include "jet/engine/compact/RowSalvage.h"
+#include "jet/engine/compact/TableOutput.h"
+#include "jet/index/EntryArena.h"
+
+namespace tavrel::jet::compact {
+
+/// What the catalog wants of a system table's rows.
+struct SalvageRules {
+    /// May change the fields; false: the row is left out, and whoever decides so tells why (`tell` is set
+    /// once for each row).
+    std::function<bool(StoredFields& fields, bool tell)> keep;
+    std::vector<StoredFields> added;  ///< rows that were not there
+};
+
+struct SalvagedRows {
+    std::uint64_t readable = 0;  ///< rows that could be read
+    std::uint64_t leftOut = 0;   ///< of these, told: keys that exist already, nulls where none may be
+};
+
+class TableSalvage {
+  public:
+    /// Everything referred to must outlive this.
+    TableSalvage(SourcePages& source, const SourceSurvey& survey, const TableDefinition& table,
+                 const std::string& name, LossLog& losses, SalvageRules rules = {});
+
+    /// Reads the rows and makes the keys.  Throws 3990 when a key cannot be made.
+    void Collect();
+    /// REQUIRES: Collect has been called.  `packed` is the table's.  The maps and the definition are left to
+    /// the caller.
+    SalvagedRows Write(TableOutput& out, const PackedTable& packed, std::uint32_t& nextMark);
+
+  private:
+    struct Index {
+        KeyMaker maker;
+        EntryArena entries;  ///< with the rows' old places
+        std::set<RowPointer> withNull;
+        std::unordered_map<std::uint32_t, ByteVector> oldKeys;
+        bool haveOldKeys = false;
+    };
+
+    std::optional<StoredFields> Fields(RowPointer at, bool tell);
+    bool AddKeys(RowPointer at, const StoredFields& fields);
+    void MakeKey(std::size_t index, RowPointer at, const StoredFields& fields, RowKey& key);
+    void DropDuplicates();
+    [[nodiscard]] std::vector<RowPointer> Order();
+    void WriteRow(RowPointer at, TableOutput& out, const PackedTable& packed, std::uint32_t& nextMark);
+    [[nodiscard]] ByteVector StoreLong(const Column& column, ByteVector value, LongValuesOutput& out,
+                                       std::uint32_t& nextMark) const;
+    void WriteIndex(std::size_t index, TableOutput& out);
+
+    SourcePages& source_;
+    const SourceSurvey& survey_;
+    const TableDefinition& table_;
+    LossLog& losses_;
+    SalvageRules rules_;
+    RowSalvage salvage_;
+    std::vector<Index> indexes_;
+    std::vector<RowPointer> accepted_;
+    std::set<RowPointer> dropped_;
+    std::unordered_map<std::uint32_t, RowPointer> places_;  ///< new place by old
+    SalvagedRows counts_;
+};
+
+}  // namespace tavrel::jet::compact
