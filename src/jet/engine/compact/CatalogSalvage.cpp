@@ -150,9 +150,9 @@ std::vector<SourceTable> CatalogSalvage::Tables() {
             table.intact = RepairDefinition(table.definition, table.name, losses_);
             tables.push_back(std::move(table));
         } catch (const Error& error) {
-            losses_.Add("테이블 " + object.name, "정의를 읽을 수 없어 테이블과 행 " +
-                                                     std::to_string(survey_.RowsOf(page)) +
-                                                     "개를 잃음: " + error.Description());
+            losses_.Add("테이블 " + object.name + " 정의", error);
+            losses_.Add("테이블 " + object.name,
+                        "테이블을 잃음 (남아 있는 행 " + std::to_string(survey_.RowsOf(page)) + "개)");
             kept_.erase(object.id);
             changed_ = true;
         }

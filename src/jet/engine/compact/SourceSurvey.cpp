@@ -10,6 +10,17 @@
 
 namespace tavrel::jet::compact {
 
+void LossLog::Add(std::string where, const Error& error) {
+    std::string text = error.Description();
+    const ErrorText* general = FindErrorText(error.Number());
+    constexpr std::string_view kOpen = " (";
+    const std::string front = general != nullptr ? std::string(general->korean).append(kOpen) : std::string();
+    if (!front.empty() && text.starts_with(front) && text.ends_with(')')) {
+        text = text.substr(front.size(), text.size() - front.size() - 1);
+    }
+    Add(std::move(where), std::move(text));
+}
+
 SourceSurvey::SourceSurvey(SourcePages& source)
     : source_(source), types_(source.Count()), owners_(source.Count()), free_(FreePages(source.Cache())) {
     for (PageNumber number = 0; number < source_.Count(); ++number) {

@@ -15,6 +15,8 @@ namespace tavrel::jet::compact {
 class LossLog {
   public:
     void Add(std::string where, std::string text) { losses_.push_back({std::move(where), std::move(text)}); }
+    /// What went wrong, without the engine's general sentence.
+    void Add(std::string where, const Error& error);
     [[nodiscard]] std::vector<CompactLoss> Take() { return std::move(losses_); }
     [[nodiscard]] std::size_t Count() const { return losses_.size(); }
 
