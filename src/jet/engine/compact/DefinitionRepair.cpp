@@ -108,6 +108,15 @@ bool RepairFields(TableDefinition& table) {
                     whole;
         }
     }
+    for (LogicalIndex& index : table.logicalIndexes) {
+        if (index.side == RelationSide::None) {
+            const LogicalIndex none;
+            whole = set(index.partner, none.partner) && whole;
+            whole = set(index.partnerPage, none.partnerPage) && whole;
+            whole = set(index.cascadeUpdates, none.cascadeUpdates) && whole;
+            whole = set(index.cascadeDeletes, none.cascadeDeletes) && whole;
+        }
+    }
     for (RealIndex& index : table.realIndexes) {
         const bool primary = std::ranges::any_of(table.logicalIndexes, [&](const LogicalIndex& name) {
             return name.kind == LogicalKind::Primary && name.real < table.realIndexes.size() &&
@@ -131,7 +140,7 @@ bool HasSameStructure(const TableDefinition& table, const TableDefinition& expec
     const auto sameColumn = [](const Column& a, const Column& b) {
         const bool placed = !a.Fixed() || a.type == ColumnType::Boolean || a.fixedOffset == b.fixedOffset;
         return a.name == b.name && a.number == b.number && a.type == b.type && a.flags == b.flags && placed &&
-               (a.Fixed() || a.variableIndex == b.variableIndex) && a.length == b.length;
+               a.variableIndex == b.variableIndex && a.length == b.length;
     };
     const auto sameTree = [](const RealIndex& a, const RealIndex& b) {
         const auto sameKey = [](const IndexColumn& x, const IndexColumn& y) {
@@ -141,7 +150,8 @@ bool HasSameStructure(const TableDefinition& table, const TableDefinition& expec
     };
     const auto sameName = [](const LogicalIndex& a, const LogicalIndex& b) {
         return a.name == b.name && a.number == b.number && a.real == b.real && a.kind == b.kind &&
-               a.side == b.side;
+               a.side == b.side && a.partner == b.partner && a.partnerPage == b.partnerPage &&
+               a.cascadeUpdates == b.cascadeUpdates && a.cascadeDeletes == b.cascadeDeletes;
     };
     return std::ranges::equal(table.columns, expected.columns, sameColumn) &&
            std::ranges::equal(table.realIndexes, expected.realIndexes, sameTree) &&
