@@ -2,6 +2,7 @@
 #include <iostream>
 
 #include "CompactBench.h"
+#include "jet/storage/UsageMap.h"
 #include "support/Corpus.h"
 #include "support/MemoryFile.h"
 #include "support/Mutations.h"
@@ -119,6 +120,91 @@ std::size_t RowsOfSound(const std::string& file) {
 FileBytes BytesOf(const std::string& file) {
     const std::string content = ReadWholeFile(file);
     return {content.begin(), content.end()};
+}
+
+// ---- single damages
+
+constexpr std::int64_t kRows = 300;
+
+/// Places in a database with one table of kRows rows.
+struct Places {
+    jet::TableDefinition table;
+    std::vector<jet::PageNumber> data, longValues, objects, aces;
+};
+
+std::string MakeCustomers(const TemporaryFolder& folder, Places& places) {
+    DatabaseBuilder builder(folder.File("a.mdb"));
+    builder.Add(
+        Table("고객").Counter("번호").Text("이름", 50).Memo("메모").Key({"번호"}).Index("이름순", {"이름"}));
+    std::vector<std::vector<jet::Value>> rows;
+    for (std::int64_t row = 0; row < kRows; ++row) {
+        rows.push_back(
+            {jet::Null{}, "이름 " + std::to_string(row % 40), std::string(row == 7 ? 9000 : 500, 'm')});
+    }
+    builder.Rows("고객", rows);
+    const std::string path = builder.Finish();
+    const auto database = OpenAny(path);
+    const auto pagesOf = [&](jet::RowPointer map) { return jet::ReadUsageMap(database->Pager(), map).pages; };
+    places.table = database->Catalog().Definition(database->Catalog().FindTable("고객")->DefinitionPage());
+    places.data = pagesOf(places.table.ownedMap);
+    places.longValues = pagesOf(places.table.trailer.front().owned);
+    places.objects = pagesOf(database->Catalog().Definition(jet::kObjectsPage).ownedMap);
+    places.aces = pagesOf(database->Catalog().Definition(jet::kAcesPage).ownedMap);
+    return path;
+}
+
+struct Damage {
+    const char* name;
+    std::function<jet::PageNumber(const Places&)> page;  ///< is zeroed
+    std::int64_t rowsLost;
+    std::int64_t memosLost;
+    const char* table = "고객";
+    bool told = false;
+};
+
+TEST(RepairTest, SingleDamages) {
+    const TemporaryFolder folder;
+    Places places;
+    const FileBytes sound = BytesOf(MakeCustomers(folder, places));
+    const auto rowsOn = [&](jet::PageNumber page) {
+        return std::int64_t{jet::U16(jet::ByteView(sound).subspan(std::size_t{page} * jet::kPageSize), 12)};
+    };
+    const jet::PageNumber dataPage = places.data[1];
+    const jet::PageNumber memoPage = places.longValues[2];
+    const Damage damages[] = {
+        {"root of the primary key", [](const Places& p) { return p.table.realIndexes[0].root; }, 0, 0},
+        {"root of another index", [](const Places& p) { return p.table.realIndexes[1].root; }, 0, 0},
+        {"maps of the table", [](const Places& p) { return p.table.ownedMap.page; }, 0, 0},
+        {"maps of the engine's tables", [](const Places&) { return 6; }, 0, 0},
+        {"global maps", [](const Places&) { return 1; }, 0, 0},
+        {"definition of MSysObjects", [](const Places&) { return 2; }, 0, 0},
+        {"definition of MSysACEs", [](const Places&) { return 3; }, 0, 0},
+        {"permissions", [](const Places& p) { return p.aces[0]; }, 0, 0, "고객", true},
+        {"objects", [](const Places& p) { return p.objects[0]; }, 0, 0, "Recovered1", true},
+        {"rows", [&](const Places&) { return dataPage; }, rowsOn(dataPage), 0, "고객", true},
+        {"long values", [&](const Places&) { return memoPage; }, 0, rowsOn(memoPage), "고객", true},
+    };
+    for (const Damage& damage : damages) {
+        SCOPED_TRACE(damage.name);
+        FileBytes bytes = sound;
+        std::fill_n(bytes.begin() + std::ptrdiff_t{damage.page(places)} * std::ptrdiff_t{jet::kPageSize},
+                    jet::kPageSize, std::uint8_t{0});
+        const std::string path = folder.File("damaged.mdb");
+        std::ofstream(path, std::ios::binary)
+            .write(reinterpret_cast<const char*>(bytes.data()), std::ssize(bytes));
+        const std::string result = folder.File("repaired.mdb");
+        std::filesystem::remove(result);
+        const auto report = jet::CompactDatabase(path, result);
+        EXPECT_TRUE(report.repaired || !damage.told);
+        EXPECT_EQ(!report.losses.empty(), damage.told);
+        EXPECT_EQ(FindingsOf(result), "");
+        const auto rows = ReadRows(*OpenAny(result), damage.table);
+        EXPECT_EQ(std::ssize(rows), kRows - damage.rowsLost);
+        EXPECT_EQ(
+            std::ranges::count_if(rows, [](const auto& row) { return row[2] == jet::Value(jet::Null{}); }),
+            damage.memosLost);
+        EXPECT_GE(std::ssize(report.losses), damage.memosLost);
+    }
 }
 
 TEST(RepairTest, DamagedSamples) {

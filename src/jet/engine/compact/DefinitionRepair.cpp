@@ -181,6 +181,18 @@ bool RepairDefinition(TableDefinition& table, const std::string& name, LossLog& 
     return whole && table.realIndexes.size() == trees && table.constantsRight;
 }
 
+bool RemoveTree(TableDefinition& table, std::size_t real) {
+    const auto uses = [real](const LogicalIndex& index) { return index.real == real; };
+    if (std::ranges::any_of(table.logicalIndexes, [&](const LogicalIndex& index) {
+            return uses(index) && index.side != RelationSide::None;
+        })) {
+        return false;
+    }
+    std::erase_if(table.logicalIndexes, uses);
+    DropUnnamedTrees(table);
+    return true;
+}
+
 void RemoveIndex(TableDefinition& table, std::uint32_t number) {
     std::erase_if(table.logicalIndexes, [&](const LogicalIndex& index) { return index.number == number; });
     DropUnnamedTrees(table);
