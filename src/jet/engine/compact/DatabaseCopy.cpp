@@ -24,12 +24,6 @@ const SystemTableFacts kSystemTables[] = {
     {"MSysRelationships", {}},
 };
 
-/// Damage of the source: another way of reading may help.  Anything else, a full disk for one, is final.
-bool IsDamage(const Error& error) {
-    return error.Number() == errors::kDamaged || error.Number() == errors::kReadFault ||
-           error.Number() == errors::kObjectNotFound;
-}
-
 /// The tables of a database whose catalog is in order.  Throws 3428 when it is not.
 std::vector<SourceTable> SoundTables(Database& source) {
     std::vector<SourceTable> tables;
@@ -232,6 +226,11 @@ class DatabaseCopier {
 };
 
 }  // namespace
+
+bool IsDamage(const Error& error) {
+    return error.Number() == errors::kDamaged || error.Number() == errors::kReadFault ||
+           error.Number() == errors::kObjectNotFound;
+}
 
 CopyResult CopyDatabase(Database& source, PageOutput& out, ScratchNumbers& numbers, CopyOptions options) {
     return DatabaseCopier(source, out, numbers, std::move(options)).Run();
