@@ -27,6 +27,7 @@ struct Cost {
 
 /// The work in a process of its own.
 Cost Measure(const std::function<void()>& work) {
+    std::fflush(stdout);
     const auto start = Clock::now();
     const pid_t child = fork();
     if (child == 0) {

@@ -5,7 +5,7 @@
 #include "db/AdoErrors.h"
 #include "db/ConnectionString.h"
 #include "db/ErrorMessage.h"
-#include "db/LeadingNumber.h"
+#include "db/NextCode.h"
 #include "jet/sql/AdoCodes.h"
 #include "jet/sql/Values.h"
 

@@ -5,16 +5,16 @@
 #include <string>
 
 #include "db/AdoErrors.h"
-#include "db/LeadingNumber.h"
 #include "db/Session.h"
 #include "patch/Report.h"
+#include "text/LeadingNumber.h"
 
 namespace tavrel::patch {
 
 std::int16_t StoredVersion() {
     const std::string text =
         modDBsub::DBNullToStr(modDBsub::DBGetValue("SELECT ver FROM dbversion WHERE dbid='main'"));
-    const double number = std::nearbyint(db::LeadingNumber(text));  // halves to the even neighbour
+    const double number = std::nearbyint(text::LeadingNumber(text));  // halves to the even neighbour
     if (number < std::numeric_limits<std::int16_t>::min() ||
         number > std::numeric_limits<std::int16_t>::max()) {
         throw db::AdoError(db::adoErrors::kOverflow);

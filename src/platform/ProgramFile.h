@@ -7,11 +7,10 @@
 namespace tavrel::platform {
 
 /// What the name of a program ends with.
-inline constexpr std::string_view kExecutableSuffix =
 #ifdef _WIN32
-    ".exe";
+inline constexpr std::string_view kExecutableSuffix = ".exe";
 #else
-    "";
+inline constexpr std::string_view kExecutableSuffix;
 #endif
 
 /// The name of the ordinary file as the folder's listing spells it; empty when there is no such file.  Throws

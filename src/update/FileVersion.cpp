@@ -115,6 +115,7 @@ std::vector<std::string> GetFileVerInfo(const std::string& path, platform::Messa
     }
     const std::u16string buffer = BufferOf(resource);
     std::vector<std::string> information;
+    information.reserve(kKeys.size() + 1);
     for (const std::u16string_view key : kKeys) {
         information.push_back(text::Utf8FromUtf16(key) + ": " + ValueOf(buffer, key));
     }

@@ -43,12 +43,5 @@ TEST_F(StartUpUpdate, LetsTheWindowComeWhenThereIsNone) {
     EXPECT_TRUE(messages.texts.empty());
 }
 
-TEST_F(StartUpUpdate, LetsTheWindowComeWhenTheServerIsGone) {
-    Publish("Sorvane_lastver.txt", {.status = 500});
-    EXPECT_TRUE(Form_Load("echo new >New_Tavrel\n"));
-    EXPECT_EQ(messages.texts.size(), 1U);
-    EXPECT_FALSE(std::filesystem::exists(folder.File("Sorvane.exe")));
-}
-
 }  // namespace
 }  // namespace tavrel::app

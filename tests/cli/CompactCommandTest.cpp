@@ -110,7 +110,7 @@ TEST(CompactCommand, KilledAtAnyMoment) {
     std::string finished;
     std::mt19937 random(1);
     std::int64_t duration = 200'000;  // microseconds
-    for (int round = 0; round < 60; ++round) {
+    for (int round = 0; round < 200; ++round) {
         std::filesystem::copy_file(original, path, std::filesystem::copy_options::overwrite_existing);
         const auto start = std::chrono::steady_clock::now();
         const char* arguments[] = {program.c_str(), "compact", path.c_str(), nullptr};

@@ -79,6 +79,7 @@ TEST_F(Sql, TellsHowManyRowsChanged) {
 
 TEST_F(Sql, SplitsThePipeAtSemicolonsThatCount) {
     const ProgramResult result = Pipe(
+        "\xEF\xBB\xBF"
         "INSERT INTO 고객 VALUES (3, 'x;''y', NULL)\n;; \n"
         "-- a comment; with its own ';\n"
         "INSERT INTO 고객 VALUES (4, /* one; 'over\ntwo lines */ \"it's;\", 'a--b')\r\n;"

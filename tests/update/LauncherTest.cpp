@@ -51,15 +51,6 @@ TEST_F(Launcher, HandsOverToTheReplacer) {
     EXPECT_THAT(messages.texts, IsEmpty());
 }
 
-TEST_F(Launcher, RunsTheCompanionsThatItHasDownloaded) {
-    std::filesystem::remove(folder.File("Sorvane.exe"));
-    Publish("Sorvane_lastver.txt", {.body = "1"});
-    Publish("Sorvane.exe", {.body = std::string("#!/bin/sh\n") + kCheckerWithNews});
-    Publish("Brixel.exe", {.body = std::string("#!/bin/sh\n") + kReplacer});
-    EXPECT_TRUE(EndsProgram());
-    EXPECT_EQ(AwaitFile("replaced"), "1|Tavrel;New_Tavrel");
-}
-
 TEST_F(Launcher, ShowsTheFolderWhereTheReplacerIsMissing) {
     const std::string path = std::getenv("PATH");
     const auto scoped = [](const std::string& value) { ::setenv("PATH", value.c_str(), 1); };
@@ -79,6 +70,7 @@ TEST_F(Launcher, ShowsTheFolderWhereTheReplacerIsMissing) {
 }
 
 TEST_F(Launcher, TellsOfAReplacerThatCannotBeStartedAndEnds) {
+    std::filesystem::remove(folder.File("Sorvane.exe"));  // nor can the checker, of which nothing is told
     Write("New_Tavrel", "new");
     Write("Brixel.exe", "no program");
     EXPECT_TRUE(EndsProgram());
@@ -110,16 +102,6 @@ TEST_F(Launcher, StopsWhereItIsToldTo) {
     EXPECT_FALSE(EndsProgram(program, /*skip=*/true));
     EXPECT_FALSE(std::filesystem::exists(folder.File("checked")));
     EXPECT_EQ(messages.texts.size(), 1U);
-}
-
-TEST_F(Launcher, LooksForANewVersionWithoutCheckerToo) {
-    std::filesystem::remove(folder.File("Sorvane.exe"));
-    EXPECT_FALSE(EndsProgram());
-    Write("New_Tavrel", "left over");
-    WriteProgram("Brixel.exe", kReplacer);
-    EXPECT_TRUE(EndsProgram());
-    EXPECT_EQ(AwaitFile("replaced"), "1|Tavrel;New_Tavrel");
-    EXPECT_THAT(messages.texts, IsEmpty());
 }
 
 TEST_F(Launcher, BelongsToNoServerAsItIsBuilt) {

@@ -10,6 +10,9 @@ namespace tavrel::cli {
 
 namespace {
 
+/// In front of files that some editors write.
+constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+
 /// Enough of a statement to recognise it, on one line.
 std::string Shortened(std::string_view statement) {
     constexpr std::size_t kCharacters = 200;
@@ -70,7 +73,10 @@ ExitCode RunTexts(SqlConnection& connection, ResultWriter& writer, const std::ve
 ExitCode RunStream(SqlConnection& connection, ResultWriter& writer, std::istream& in) {
     StatementSplitter statements;
     std::string line;
-    while (std::getline(in, line)) {
+    for (bool first = true; std::getline(in, line); first = false) {
+        if (first && line.starts_with(kByteOrderMark)) {
+            line.erase(0, kByteOrderMark.size());
+        }
         statements.Feed(line + '\n');
         if (!RunAll(connection, writer, statements)) {
             return ExitCode::Failed;

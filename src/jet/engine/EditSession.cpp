@@ -86,8 +86,12 @@ class SessionChanges : public sql::TableChanges {
 
 std::unique_ptr<EditSession> EditSession::Open(const std::string& path, const OpenOptions& options,
                                                Durability durability, UnknownWeights unknown) {
-    return std::unique_ptr<EditSession>(
-        new EditSession(Database::OpenForChanges(path, options), durability, unknown));
+    return On(Database::OpenForChanges(path, options), durability, unknown);
+}
+
+std::unique_ptr<EditSession> EditSession::On(std::unique_ptr<Database> database, Durability durability,
+                                             UnknownWeights unknown) {
+    return std::unique_ptr<EditSession>(new EditSession(std::move(database), durability, unknown));
 }
 
 EditSession::EditSession(std::unique_ptr<Database> database, Durability durability, UnknownWeights unknown)
@@ -135,6 +139,10 @@ std::shared_ptr<sql::TableAccess> EditSession::Find(std::string_view name) {
 
 std::unique_ptr<sql::TableChanges> EditSession::Change(sql::TableAccess& table,
                                                        std::span<const std::size_t> updated) {
+    const CatalogObject* object = database_->Catalog().FindTable(table.Name());
+    if (object == nullptr || object->IsSystem()) {
+        throw MakeError(errors::kReadOnly, {}, table.Name());
+    }
     return std::make_unique<SessionChanges>(*this, dynamic_cast<SessionTable&>(table), updated);
 }
 

@@ -30,6 +30,10 @@ class EditSession : public sql::Tables, public sql::Transactions {
     static std::unique_ptr<EditSession> Open(const std::string& path, const OpenOptions& options = {},
                                              Durability durability = Durability::OnMedium,
                                              UnknownWeights unknown = UnknownWeights::Refuse);
+    /// The same on a database that is open already, by a file that is held for writing; its pager keeps its
+    /// journal where SetJournal has said.
+    static std::unique_ptr<EditSession> On(std::unique_ptr<Database> database, Durability durability,
+                                           UnknownWeights unknown = UnknownWeights::Refuse);
     /// Rolls an open transaction back.
     ~EditSession() override;
     EditSession(const EditSession&) = delete;
@@ -37,6 +41,8 @@ class EditSession : public sql::Tables, public sql::Transactions {
 
     [[nodiscard]] Database& File() { return *database_; }
     sql::ExecuteResult Execute(std::string_view statement);
+    /// Statements that look at more rows fail with 3035; 0 = no limit.
+    void LimitRowVisits(std::uint64_t rows) { workspace_->maxRowVisits = rows; }
     /// Tables with an index to which this session has given stand-in weights.
     [[nodiscard]] const std::set<std::string>& TablesWithStandIns() { return edits_.Context().standIns; }
 

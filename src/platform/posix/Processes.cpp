@@ -1,14 +1,12 @@
 #include "platform/Processes.h"
 
+#include <array>
 #include <cerrno>
 #include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
-#include <vector>
 
 #include "platform/posix/SystemError.h"
-
-extern char** environ;
 
 namespace tavrel::platform {
 namespace {
@@ -37,11 +35,10 @@ class SpawnSettings {
 
     /// Throws when the program cannot be started.
     [[nodiscard]] pid_t Spawn(const std::string& program, const std::string& argument) const {
-        std::vector<char*> words{const_cast<char*>(program.c_str())};
-        if (!argument.empty()) {
-            words.push_back(const_cast<char*>(argument.c_str()));
-        }
-        words.push_back(nullptr);
+        std::string name = program;
+        std::string parameter = argument;
+        const std::array<char*, 3> words = {name.data(), parameter.empty() ? nullptr : parameter.data(),
+                                            nullptr};
         pid_t process = 0;
         // A name without a folder is looked for where the shell looks.
         const int failure =

@@ -22,6 +22,10 @@ class SessionBench {
         Reopen();
     }
 
+    /// On a session that is open already.
+    SessionBench(std::unique_ptr<jet::EditSession> session, std::string path)
+        : path_(std::move(path)), session_(std::move(session)) {}
+
     void Close() { session_.reset(); }
     void Reopen(jet::UnknownWeights unknown = jet::UnknownWeights::Refuse) {
         Close();

@@ -11,7 +11,7 @@ struct Step {
     const char* result;
 };
 
-/// The life of two tables, a statement at a time; both checkers look at the file after each.
+/// The life of two tables, a statement at a time; the checkers look at the file after each.
 constexpr Step kLife[] = {
     {"CREATE TABLE 고객 (번호 COUNTER CONSTRAINT pk PRIMARY KEY, 이름 TEXT(50) NOT NULL, 메모 MEMO, 금액 "
      "CURRENCY "
@@ -66,7 +66,8 @@ TEST(Session, EveryStatementLeavesASoundFile) {
         inTransaction = (inTransaction && statement != "COMMIT" && statement != "ROLLBACK") ||
                         statement.starts_with("BEGIN");
         ASSERT_EQ(bench.Run(statement), step.result);
-        ASSERT_EQ(inTransaction ? bench.Findings() : bench.AllFindings(), "");
+        const bool defines = statement.starts_with("ALTER") || statement.find(" INDEX ") != statement.npos;
+        ASSERT_EQ(defines && !inTransaction ? bench.AllFindings() : bench.Findings(), "");
     }
     bench.Reopen();
     EXPECT_EQ(bench.AllFindings(), "");

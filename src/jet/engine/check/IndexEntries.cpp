@@ -14,6 +14,8 @@ namespace {
 
 constexpr std::uint8_t kNotNull = 0x7F;
 constexpr std::uint8_t kNotNullDescending = 0x80;
+/// Entries that wait, in bytes of memory.
+constexpr std::size_t kWaitingBytes = std::size_t{8} << 20;
 
 }  // namespace
 
@@ -39,30 +41,55 @@ IndexEntries::IndexEntries(Context& context, const std::string& where, const Tab
 
 void IndexEntries::Add(ByteView entry) {
     const RowPointer slot = LeafRow(entry);
-    const std::size_t row = rows_.Find(slot);
-    if (row == RowList::npos) {
-        log_.Add(FindingKind::EntryWithoutRow, where_, {PointerText(slot)});
-        return;
+    const ByteView key = LeafKey(entry);
+    // Entries come in key order, so equal keys are neighbours.
+    const bool same = lastRow_.page != 0 && std::ranges::equal(key, lastKey_);
+    waiting_.push_back({slot, index_.Unique() && same ? lastRow_ : RowPointer{}, keys_.size(), key.size()});
+    AppendBytes(keys_, key);
+    if (!same) {
+        lastKey_.assign(key.begin(), key.end());
     }
-    if (seen_[row]) {
-        log_.Add(FindingKind::RowTwoEntries, where_, {PointerText(slot)});
-        return;
+    lastRow_ = slot;
+    if (keys_.size() + waiting_.size() * sizeof(Waiting) > kWaitingBytes) {
+        Finish();
     }
-    seen_[row] = true;
-    if (!rows_.IsReadable(row)) {
-        return;
-    }
-    const auto step = [&] {
-        const RowView view(shape_, reader_.Read(rows_.At(row)));
-        const Nulls nulls = NullsOf(view);
-        if (index_.Required() && nulls.any) {
-            log_.Add(FindingKind::NullInRequired, where_, {PointerText(slot)});
+}
+
+void IndexEntries::Finish() {
+    std::ranges::stable_sort(waiting_, {}, &Waiting::slot);
+    std::size_t near = 0;
+    for (const Waiting& entry : waiting_) {
+        const std::size_t row = rows_.Find(entry.slot, near);
+        if (row == RowList::npos) {
+            log_.Add(FindingKind::EntryWithoutRow, where_, {PointerText(entry.slot)});
+            continue;
         }
-        CheckDuplicate(slot, LeafKey(entry), nulls.any);
-        CheckKey(slot, view, LeafKey(entry));
-    };
-    Guard(
-        log_, FindingKind::RowDamaged, [&] { return RowPlaceText(where_, slot); }, step);
+        near = row;
+        if (seen_[row]) {
+            log_.Add(FindingKind::RowTwoEntries, where_, {PointerText(entry.slot)});
+            continue;
+        }
+        seen_[row] = true;
+        if (rows_.IsReadable(row)) {
+            Guard(
+                log_, FindingKind::RowDamaged, [&] { return RowPlaceText(where_, entry.slot); },
+                [&] { CheckEntry(entry, row); });
+        }
+    }
+    waiting_.clear();
+    keys_.clear();
+}
+
+void IndexEntries::CheckEntry(const Waiting& entry, std::size_t row) {
+    const RowView view(shape_, reader_.Read(rows_.At(row)));
+    const Nulls nulls = NullsOf(view);
+    if (index_.Required() && nulls.any) {
+        log_.Add(FindingKind::NullInRequired, where_, {PointerText(entry.slot)});
+    }
+    if (entry.duplicate.page != 0 && !nulls.any) {
+        log_.Add(FindingKind::DuplicateKey, where_, {PointerText(entry.duplicate), PointerText(entry.slot)});
+    }
+    CheckKey(entry.slot, view, ByteView(keys_).subspan(entry.start, entry.length));
 }
 
 IndexEntries::Nulls IndexEntries::NullsOf(const RowView& view) const {
@@ -73,19 +100,6 @@ IndexEntries::Nulls IndexEntries::NullsOf(const RowView& view) const {
         nulls.all &= isNull;
     }
     return nulls;
-}
-
-/// Entries come in key order, so equal keys are neighbours.
-void IndexEntries::CheckDuplicate(RowPointer slot, ByteView key, bool anyNull) {
-    if (!index_.Unique() || anyNull) {
-        return;
-    }
-    if (haveKey_ && std::equal(key.begin(), key.end(), lastKey_.begin(), lastKey_.end())) {
-        log_.Add(FindingKind::DuplicateKey, where_, {PointerText(lastRow_), PointerText(slot)});
-    }
-    lastKey_.assign(key.begin(), key.end());
-    lastRow_ = slot;
-    haveKey_ = true;
 }
 
 /// The key is computed again from the row.  A text with a character of unknown weight ends the comparison:

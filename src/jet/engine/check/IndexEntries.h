@@ -17,9 +17,12 @@ class IndexEntries {
     IndexEntries(Context& context, const std::string& where, const TableDefinition& table,
                  const RealIndex& index, const RowShape& shape, const RowList& rows);
 
-    /// Takes the entries in the order of the index.
+    /// Takes the entries in the order of the index.  They are looked at many at a time, in the order of the
+    /// rows, so that a page is read once for all of them.
     void Add(ByteView entry);
-    /// REQUIRES: every entry has been added.  Rows that have no entry.
+    /// Looks at the entries that are still waiting.
+    void Finish();
+    /// REQUIRES: Finish has been called.  Rows that have no entry.
     void CheckRowsWithoutEntry();
     /// How many keys were compared, and of how many the weights are not known.
     void ReportCounts();
@@ -34,8 +37,15 @@ class IndexEntries {
         bool all = true;
     };
 
+    struct Waiting {
+        RowPointer slot;
+        RowPointer duplicate;  ///< the row before in the index when it has the same key; else page 0
+        std::size_t start = 0;
+        std::size_t length = 0;  ///< of the key in keys_
+    };
+
     Nulls NullsOf(const RowView& view) const;
-    void CheckDuplicate(RowPointer slot, ByteView key, bool anyNull);
+    void CheckEntry(const Waiting& entry, std::size_t row);
     void CheckKey(RowPointer slot, const RowView& view, ByteView key);
     std::optional<ByteVector> FetchLong(std::optional<ByteView> descriptor);
 
@@ -49,9 +59,10 @@ class IndexEntries {
     RowReader reader_;
     std::vector<KeyColumn> columns_;
     std::vector<bool> seen_;  ///< by row
+    std::vector<Waiting> waiting_;
+    ByteVector keys_;
     ByteVector lastKey_;
     RowPointer lastRow_{};
-    bool haveKey_ = false;
     std::uint64_t comparedKeys_ = 0;
     std::uint64_t unknownKeys_ = 0;
     std::uint64_t longBudget_;  ///< bytes of long values that may still be fetched

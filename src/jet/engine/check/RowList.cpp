@@ -6,11 +6,17 @@
 
 namespace tavrel::jet::check {
 
-std::size_t RowList::Find(RowPointer slot) const {
+std::size_t RowList::Find(RowPointer slot, std::size_t near) const {
     const std::uint32_t wanted = slot.ToU32();
-    const auto found =
-        std::lower_bound(rows_.begin(), rows_.end(), wanted,
-                         [](const Place& place, std::uint32_t value) { return place.slot < value; });
+    std::size_t step = 1;
+    while (near + step < rows_.size() && rows_[near + step].slot <= wanted) {
+        near += step;
+        step *= 2;
+    }
+    const auto from = rows_.begin() + static_cast<std::ptrdiff_t>(std::min(near, rows_.size()));
+    const auto to = rows_.begin() + static_cast<std::ptrdiff_t>(std::min(near + step, rows_.size()));
+    const auto found = std::lower_bound(
+        from, to, wanted, [](const Place& place, std::uint32_t value) { return place.slot < value; });
     return found != rows_.end() && found->slot == wanted ? static_cast<std::size_t>(found - rows_.begin())
                                                          : npos;
 }

@@ -21,8 +21,9 @@ class RowList {
     [[nodiscard]] RowPointer Slot(std::size_t row) const { return RowPointer::FromU32(rows_[row].slot); }
     [[nodiscard]] RowPointer At(std::size_t row) const { return RowPointer::FromU32(rows_[row].at); }
     [[nodiscard]] bool IsReadable(std::size_t row) const { return rows_[row].at != kSpoiled; }
-    /// The row that a slot names, npos when there is none.
-    [[nodiscard]] std::size_t Find(RowPointer slot) const;
+    /// The row that a slot names, npos when there is none.  Quick when it lies not far behind `near`, a place
+    /// whose slot is not greater (0 will do).
+    [[nodiscard]] std::size_t Find(RowPointer slot, std::size_t near = 0) const;
 
   private:
     static constexpr std::uint32_t kSpoiled = 0;  ///< page 0 holds no rows

@@ -120,6 +120,7 @@ void TableCheck::CheckIndex(std::size_t real, const RowList& rows) {
         ++count;
         entries.Add(entry);
     });
+    entries.Finish();
     if (whole) {
         entries.CheckRowsWithoutEntry();
     }

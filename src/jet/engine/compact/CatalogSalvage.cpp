@@ -114,6 +114,29 @@ void CatalogSalvage::ReadObjects() {
             changed_ = true;
         }
     }
+    if (told.Count() > 0) {
+        FindNamelessTables();
+    }
+}
+
+/// Where objects are lost, tables with rows that no object names are theirs.  (In a sound catalog such pages
+/// are left over and mean nothing.)
+void CatalogSalvage::FindNamelessTables() {
+    for (const PageNumber page : survey_.DefinitionPages()) {
+        const auto id = static_cast<std::int32_t>(page);
+        if (id <= kLastEngineTable || kept_.contains(id) || survey_.RowsOf(page) == 0) {
+            continue;
+        }
+        std::string name = "Recovered" + std::to_string(nameless_.size() + 1);  // letters of every sort order
+        while (std::ranges::find(objects_, name, &Object::name) != objects_.end()) {
+            name += "_";
+        }
+        nameless_.push_back({id, kTablesContainer, name, static_cast<std::int16_t>(ObjectType::Table)});
+        objects_.push_back(nameless_.back());
+        kept_.insert(id);
+        changed_ = true;
+        losses_.Add("페이지 " + std::to_string(page), "테이블의 이름을 잃음: '" + name + "'(으)로 옮김");
+    }
 }
 
 void CatalogSalvage::ReadAces() {
@@ -150,9 +173,9 @@ std::vector<SourceTable> CatalogSalvage::Tables() {
             table.intact = RepairDefinition(table.definition, table.name, losses_);
             tables.push_back(std::move(table));
         } catch (const Error& error) {
-            losses_.Add("테이블 " + object.name, "정의를 읽을 수 없어 테이블과 행 " +
-                                                     std::to_string(survey_.RowsOf(page)) +
-                                                     "개를 잃음: " + error.Description());
+            losses_.Add("테이블 " + object.name + " 정의", error);
+            losses_.Add("테이블 " + object.name,
+                        "테이블을 잃음 (남아 있는 행 " + std::to_string(survey_.RowsOf(page)) + "개)");
             kept_.erase(object.id);
             changed_ = true;
         }
@@ -224,20 +247,31 @@ bool CatalogSalvage::KeepObject(StoredFields& fields, const ObjectIds& ids, bool
     return true;
 }
 
-std::vector<StoredFields> CatalogSalvage::MissingObjects() const {
+std::vector<StoredFields> CatalogSalvage::MissingObjects(const ObjectIds& ids) const {
     std::vector<StoredFields> rows;
-    for (const NewObject& object : EngineObjects(header_.created)) {
-        if (!kept_.contains(object.id)) {
-            rows.push_back(
-                Encode(kObjects, {{"Id", std::int64_t{object.id}},
-                                  {"ParentId", std::int64_t{object.parentId}},
-                                  {"Name", object.name},
-                                  {"Type", std::int64_t{static_cast<std::int16_t>(object.type)}},
-                                  {"DateCreate", Date{object.created}},
-                                  {"DateUpdate", Date{object.created}},
-                                  {"Owner", object.owner},
-                                  {"Flags", std::int64_t{static_cast<std::int32_t>(object.flags)}}}));
+    std::vector<NewObject> objects = EngineObjects(header_.created);
+    std::erase_if(objects, [&](const NewObject& object) { return kept_.contains(object.id); });
+    for (const Object& table : nameless_) {
+        if (kept_.contains(table.id)) {
+            objects.push_back({NewId(ids, table.id),
+                               table.parentId,
+                               table.name,
+                               ObjectType::Table,
+                               0,
+                               accounts::kAdmin,
+                               header_.created,
+                               {}});
         }
+    }
+    for (const NewObject& object : objects) {
+        rows.push_back(Encode(kObjects, {{"Id", std::int64_t{object.id}},
+                                         {"ParentId", std::int64_t{object.parentId}},
+                                         {"Name", object.name},
+                                         {"Type", std::int64_t{static_cast<std::int16_t>(object.type)}},
+                                         {"DateCreate", Date{object.created}},
+                                         {"DateUpdate", Date{object.created}},
+                                         {"Owner", object.owner},
+                                         {"Flags", std::int64_t{static_cast<std::int32_t>(object.flags)}}}));
     }
     return rows;
 }
@@ -277,7 +311,7 @@ SalvageRules CatalogSalvage::RulesFor(std::size_t place, const ObjectIds& ids) {
     SalvageRules rules;
     if (place == kObjects) {
         rules.keep = [this, &ids](StoredFields& fields, bool tell) { return KeepObject(fields, ids, tell); };
-        rules.added = MissingObjects();
+        rules.added = MissingObjects(ids);
     } else if (place == kAces || place == kQueries) {
         rules.keep = [this, &ids, place](StoredFields& fields, bool tell) {
             const std::int32_t id = Number(place, fields, "ObjectId");

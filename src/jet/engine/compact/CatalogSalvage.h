@@ -40,10 +40,11 @@ class CatalogSalvage {
     };
 
     void ReadObjects();
+    void FindNamelessTables();
     void ReadAces();
     void DropBrokenRelations(std::vector<SourceTable>& tables);
     bool KeepObject(StoredFields& fields, const ObjectIds& ids, bool tell);
-    [[nodiscard]] std::vector<StoredFields> MissingObjects() const;
+    [[nodiscard]] std::vector<StoredFields> MissingObjects(const ObjectIds& ids) const;
     [[nodiscard]] std::vector<StoredFields> MissingAces(const ObjectIds& ids) const;
     [[nodiscard]] StoredFields Encode(std::size_t place,
                                       std::initializer_list<std::pair<std::string_view, Value>> values) const;
@@ -61,7 +62,8 @@ class CatalogSalvage {
     std::vector<TableDefinition> systemTables_;
     LossLog& losses_;
     std::vector<Object> objects_;
-    std::set<std::int32_t> kept_;  ///< ids of the objects that stay
+    std::vector<Object> nameless_;  ///< tables whose objects are lost; they are among objects_, too
+    std::set<std::int32_t> kept_;   ///< ids of the objects that stay
     std::set<std::int32_t> withAces_;
     std::set<std::string> brokenRelations_;  ///< lower-case names
     std::set<std::int32_t> seenIds_;

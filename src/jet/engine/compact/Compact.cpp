@@ -67,7 +67,7 @@ CopyResult Copy(Database& source, platform::File& destination, bool salvageAll,
         return CopyDatabase(source, out, numbers,
                             {.salvageAll = salvageAll, .progress = Progress(options, phase)});
     } catch (const Error& error) {
-        if (salvageAll || error.Number() != errors::kDamaged) {
+        if (salvageAll || !IsDamage(error)) {
             throw;
         }
         return {};

@@ -24,12 +24,6 @@ const SystemTableFacts kSystemTables[] = {
     {"MSysRelationships", {}},
 };
 
-/// Damage of the source: another way of reading may help.  Anything else, a full disk for one, is final.
-bool IsDamage(const Error& error) {
-    return error.Number() == errors::kDamaged || error.Number() == errors::kReadFault ||
-           error.Number() == errors::kObjectNotFound;
-}
-
 /// The tables of a database whose catalog is in order.  Throws 3428 when it is not.
 std::vector<SourceTable> SoundTables(Database& source) {
     std::vector<SourceTable> tables;
@@ -153,11 +147,32 @@ class DatabaseCopier {
             counts_.push_back({table.name, rows, rows});
             return;
         }
-        TableSalvage salvage(pages_, Survey(), table.definition, table.name, losses_);
-        salvage.Collect();
-        const PackedTable packed(table.definition);
-        TableOutput& out = begin();
-        Account(table.name, salvage.Write(out, packed, context_.nextMark), out, 0);
+        SalvageUserTable(database, table);
+    }
+
+    /// An index whose keys cannot be made is given up rather than its rows.
+    void SalvageUserTable(DatabaseOutput& database, const SourceTable& table) {
+        TableDefinition definition = table.definition;
+        LossLog given;
+        while (true) {
+            LossLog losses;
+            TableSalvage salvage(pages_, Survey(), definition, table.name, losses);
+            try {
+                salvage.Collect();
+            } catch (const UnknownKey& unknown) {
+                if (!RemoveTree(definition, unknown.Index())) {
+                    throw;
+                }
+                given.Add("테이블 " + table.name, "인덱스를 다시 만들 수 없음: " + unknown.Description());
+                continue;
+            }
+            const PackedTable packed(definition);
+            TableOutput& out = database.AddTable(packed.Definition(), definition.page);
+            Account(table.name, salvage.Write(out, packed, context_.nextMark), out, 0);
+            losses_.Append(std::move(given));
+            losses_.Append(std::move(losses));
+            return;
+        }
     }
 
     void CopySystemTable(DatabaseOutput& database, std::size_t place) {
@@ -211,6 +226,11 @@ class DatabaseCopier {
 };
 
 }  // namespace
+
+bool IsDamage(const Error& error) {
+    return error.Number() == errors::kDamaged || error.Number() == errors::kReadFault ||
+           error.Number() == errors::kObjectNotFound;
+}
 
 CopyResult CopyDatabase(Database& source, PageOutput& out, ScratchNumbers& numbers, CopyOptions options) {
     return DatabaseCopier(source, out, numbers, std::move(options)).Run();

@@ -19,6 +19,9 @@ struct CopyResult {
     std::vector<CompactedTable> tables;
 };
 
+/// Damage of the source: another way of reading may help.  Anything else, a full disk for one, is final.
+bool IsDamage(const Error& error);
+
 /// Copies everything and finishes the new database.  Throws 3428 when rows lie outside every table's maps and
 /// belong to one, unless `salvageAll` is set.
 CopyResult CopyDatabase(Database& source, PageOutput& out, ScratchNumbers& numbers, CopyOptions options);

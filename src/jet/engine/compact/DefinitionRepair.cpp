@@ -82,6 +82,82 @@ bool RepairTrailer(TableDefinition& table) {
     return whole;
 }
 
+constexpr std::uint16_t kLongestText = 510;
+constexpr std::uint16_t kKnownFlags =
+    indexFlags::kUnique | indexFlags::kIgnoreNulls | indexFlags::kRequired | indexFlags::kAlways;
+
+/// Lengths, marks and flags that contradict the rest get the value that goes with it.
+bool RepairFields(TableDefinition& table) {
+    const auto set = [](auto& field, auto value) {
+        const bool same = field == value;
+        field = value;
+        return same;
+    };
+    bool whole = true;
+    for (Column& column : table.columns) {
+        const bool text = column.type == ColumnType::Text || column.type == ColumnType::Binary;
+        const bool odd = column.type == ColumnType::Text && column.length % 2 != 0;
+        if (text && !column.Fixed() && (column.length == 0 || column.length > kLongestText || odd)) {
+            whole = set(column.length, kLongestText) && whole;
+        }
+        if (IsLong(column.type)) {
+            whole = set(column.length, std::uint16_t{0}) && whole;
+        }
+        if ((column.flags & columnFlags::kAutonumber) != 0 && column.type != ColumnType::Long) {
+            whole = set(column.flags, static_cast<std::uint8_t>(column.flags & ~columnFlags::kAutonumber)) &&
+                    whole;
+        }
+    }
+    for (LogicalIndex& index : table.logicalIndexes) {
+        if (index.side == RelationSide::None) {
+            const LogicalIndex none;
+            whole = set(index.partner, none.partner) && whole;
+            whole = set(index.partnerPage, none.partnerPage) && whole;
+            whole = set(index.cascadeUpdates, none.cascadeUpdates) && whole;
+            whole = set(index.cascadeDeletes, none.cascadeDeletes) && whole;
+        }
+    }
+    for (RealIndex& index : table.realIndexes) {
+        const bool primary = std::ranges::any_of(table.logicalIndexes, [&](const LogicalIndex& name) {
+            return name.kind == LogicalKind::Primary && name.real < table.realIndexes.size() &&
+                   &table.realIndexes[name.real] == &index;
+        });
+        unsigned flags = (index.flags & kKnownFlags) | indexFlags::kAlways;
+        if (primary) {
+            flags =
+                (flags | indexFlags::kUnique | indexFlags::kRequired) & ~unsigned{indexFlags::kIgnoreNulls};
+        }
+        if (table.kind == 'N') {
+            whole = set(index.flags, static_cast<std::uint16_t>(flags)) && whole;
+        }
+        whole = whole && index.constantsRight;
+    }
+    return whole;
+}
+
+/// The same columns and indexes, wherever their pages are.
+bool HasSameStructure(const TableDefinition& table, const TableDefinition& expected) {
+    const auto sameColumn = [](const Column& a, const Column& b) {
+        const bool placed = !a.Fixed() || a.type == ColumnType::Boolean || a.fixedOffset == b.fixedOffset;
+        return a.name == b.name && a.number == b.number && a.type == b.type && a.flags == b.flags && placed &&
+               a.variableIndex == b.variableIndex && a.length == b.length;
+    };
+    const auto sameTree = [](const RealIndex& a, const RealIndex& b) {
+        const auto sameKey = [](const IndexColumn& x, const IndexColumn& y) {
+            return x.number == y.number && x.ascending == y.ascending;
+        };
+        return a.flags == b.flags && a.constantsRight && std::ranges::equal(a.columns, b.columns, sameKey);
+    };
+    const auto sameName = [](const LogicalIndex& a, const LogicalIndex& b) {
+        return a.name == b.name && a.number == b.number && a.real == b.real && a.kind == b.kind &&
+               a.side == b.side && a.partner == b.partner && a.partnerPage == b.partnerPage &&
+               a.cascadeUpdates == b.cascadeUpdates && a.cascadeDeletes == b.cascadeDeletes;
+    };
+    return std::ranges::equal(table.columns, expected.columns, sameColumn) &&
+           std::ranges::equal(table.realIndexes, expected.realIndexes, sameTree) &&
+           std::ranges::equal(table.logicalIndexes, expected.logicalIndexes, sameName);
+}
+
 }  // namespace
 
 bool RepairDefinition(TableDefinition& table, const std::string& name, LossLog& losses) {
@@ -101,7 +177,20 @@ bool RepairDefinition(TableDefinition& table, const std::string& name, LossLog& 
     });
     DropUnnamedTrees(table);
     table.kind = table.page <= kRelationshipsPage ? 'S' : 'N';
+    whole = RepairFields(table) && whole;
     return whole && table.realIndexes.size() == trees && table.constantsRight;
+}
+
+bool RemoveTree(TableDefinition& table, std::size_t real) {
+    const auto uses = [real](const LogicalIndex& index) { return index.real == real; };
+    if (std::ranges::any_of(table.logicalIndexes, [&](const LogicalIndex& index) {
+            return uses(index) && index.side != RelationSide::None;
+        })) {
+        return false;
+    }
+    std::erase_if(table.logicalIndexes, uses);
+    DropUnnamedTrees(table);
+    return true;
 }
 
 void RemoveIndex(TableDefinition& table, std::uint32_t number) {
@@ -113,19 +202,8 @@ TableDefinition SystemDefinition(Pager& pager, PageNumber page, std::uint16_t so
     TableDefinition expected = NewSystemTables(sortOrder)[page - kObjectsPage];
     try {
         TableDefinition table = ReadTableDefinition(pager, page);
-        const auto isExpected = [&](const Column& column) {
-            const std::size_t place = expected.FindColumnByName(column.name);
-            return place != TableDefinition::npos && expected.columns[place].number == column.number &&
-                   expected.columns[place].type == column.type &&
-                   (!column.Fixed() || column.type == ColumnType::Boolean ||
-                    expected.columns[place].fixedOffset == column.fixedOffset);
-        };
         LossLog ignored;
-        intact = std::ranges::count_if(table.columns, isExpected) == std::ssize(expected.columns) &&
-                 table.columns.size() == expected.columns.size() &&
-                 table.realIndexes.size() == expected.realIndexes.size() &&
-                 table.logicalIndexes.size() == expected.logicalIndexes.size() &&
-                 RepairDefinition(table, "", ignored);
+        intact = HasSameStructure(table, expected) && RepairDefinition(table, "", ignored);
         if (intact) {
             return table;
         }

@@ -14,6 +14,9 @@ namespace tavrel::jet::compact {
 /// contradict one another.
 bool RepairDefinition(TableDefinition& table, const std::string& name, LossLog& losses);
 
+/// Takes a tree away with all its names; false, and nothing done, when a relation uses it.
+bool RemoveTree(TableDefinition& table, std::size_t real);
+
 /// Takes a name away, and its tree when no other name uses it.
 void RemoveIndex(TableDefinition& table, std::uint32_t number);
 

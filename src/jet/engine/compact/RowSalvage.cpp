@@ -56,11 +56,11 @@ void RowSalvage::FindRows(PageNumber number, std::vector<RowPointer>& hidden) {
                     rows_.push_back(at);
                 }
             } catch (const Error& error) {
-                losses_.Add(Place(at), error.Description());
+                losses_.Add(Place(at), error);
             }
         }
     } catch (const Error& error) {
-        losses_.Add("테이블 " + name_ + " 페이지 " + std::to_string(number), error.Description());
+        losses_.Add("테이블 " + name_ + " 페이지 " + std::to_string(number), error);
     }
 }
 
@@ -85,14 +85,14 @@ std::optional<StoredFields> RowSalvage::Read(RowPointer at, bool tell) {
                 fields[place] = Value(row, place);
             } catch (const Error& error) {
                 if (tell) {
-                    losses_.Add(Place(at) + " 필드 " + table_.columns[place].name, error.Description());
+                    losses_.Add(Place(at) + " 필드 " + table_.columns[place].name, error);
                 }
             }
         }
         return fields;
     } catch (const Error& error) {
         if (tell) {
-            losses_.Add(Place(at), error.Description());
+            losses_.Add(Place(at), error);
         }
         return std::nullopt;
     }

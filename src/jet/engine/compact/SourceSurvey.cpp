@@ -10,6 +10,22 @@
 
 namespace tavrel::jet::compact {
 
+void LossLog::Add(std::string where, const Error& error) {
+    std::string text = error.Description();
+    const ErrorText* general = FindErrorText(error.Number());
+    constexpr std::string_view kOpen = " (";
+    const std::string front = general != nullptr ? std::string(general->korean).append(kOpen) : std::string();
+    if (!front.empty() && text.starts_with(front) && text.ends_with(')')) {
+        text = text.substr(front.size(), text.size() - front.size() - 1);
+    }
+    Add(std::move(where), std::move(text));
+}
+
+void LossLog::Append(LossLog&& other) {
+    std::ranges::move(other.losses_, std::back_inserter(losses_));
+    other.losses_.clear();
+}
+
 SourceSurvey::SourceSurvey(SourcePages& source)
     : source_(source), types_(source.Count()), owners_(source.Count()), free_(FreePages(source.Cache())) {
     for (PageNumber number = 0; number < source_.Count(); ++number) {
@@ -62,6 +78,16 @@ std::uint64_t SourceSurvey::LiveRowsOn(const std::vector<PageNumber>& pages, Pag
         rows += LiveRows(source_.Read(page), table);
     }
     return rows;
+}
+
+std::vector<PageNumber> SourceSurvey::DefinitionPages() const {
+    std::vector<PageNumber> pages;
+    for (PageNumber number = 0; number < types_.size(); ++number) {
+        if (types_[number] == kPageTypeDefinition && !free_[number]) {
+            pages.push_back(number);
+        }
+    }
+    return pages;
 }
 
 std::uint64_t SourceSurvey::RowsOf(PageNumber table) const {

@@ -15,6 +15,9 @@ namespace tavrel::jet::compact {
 class LossLog {
   public:
     void Add(std::string where, std::string text) { losses_.push_back({std::move(where), std::move(text)}); }
+    /// What went wrong, without the engine's general sentence.
+    void Add(std::string where, const Error& error);
+    void Append(LossLog&& other);
     [[nodiscard]] std::vector<CompactLoss> Take() { return std::move(losses_); }
     [[nodiscard]] std::size_t Count() const { return losses_.size(); }
 
@@ -32,6 +35,8 @@ class SourceSurvey {
     /// belong to it.  What is left out is told.
     [[nodiscard]] std::vector<PageNumber> PagesOf(const TableDefinition& table, const std::string& name,
                                                   LossLog& losses) const;
+    /// Pages that may begin a table definition.
+    [[nodiscard]] std::vector<PageNumber> DefinitionPages() const;
     /// Number of live rows on the pages that say they belong to the table at a definition page.
     [[nodiscard]] std::uint64_t RowsOf(PageNumber table) const;
     /// The entries of all readable leaves among the pages.

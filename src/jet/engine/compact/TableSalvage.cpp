@@ -95,18 +95,26 @@ void TableSalvage::MakeKey(std::size_t index, RowPointer at, const StoredFields&
         }
         if (!entries.haveOldKeys) {
             entries.haveOldKeys = true;
-            const auto pages = ReadUsageMap(source_.Cache(), table_.realIndexes[index].map).pages;
-            for (SourceSurvey::Entry& entry : survey_.EntriesOn(pages, table_.page)) {
-                entries.oldKeys[entry.row.ToU32()] = std::move(entry.key);
-            }
+            ReadOldKeys(index);
         }
         const auto old = entries.oldKeys.find(at.ToU32());
         if (old == entries.oldKeys.end()) {
-            throw;
+            throw UnknownKey(error, index);
         }
         key.bytes = old->second;
         key.hasNull = false;
         key.allNull = false;
+    }
+}
+
+void TableSalvage::ReadOldKeys(std::size_t index) {
+    try {
+        const auto pages = ReadUsageMap(source_.Cache(), table_.realIndexes[index].map).pages;
+        for (SourceSurvey::Entry& entry : survey_.EntriesOn(pages, table_.page)) {
+            indexes_[index].oldKeys[entry.row.ToU32()] = std::move(entry.key);
+        }
+    } catch (const Error&) {
+        // No map, no keys.
     }
 }
 

@@ -23,13 +23,23 @@ struct SalvagedRows {
     std::uint64_t leftOut = 0;   ///< of these, told: keys that exist already, nulls where none may be
 };
 
+/// The key of a row in an index cannot be made: 3990, and the old index does not have it either.
+class UnknownKey : public Error {
+  public:
+    UnknownKey(const Error& error, std::size_t index) : Error(error), index_(index) {}
+    [[nodiscard]] std::size_t Index() const { return index_; }  ///< place of the tree
+
+  private:
+    std::size_t index_;
+};
+
 class TableSalvage {
   public:
     /// Everything referred to must outlive this.
     TableSalvage(SourcePages& source, const SourceSurvey& survey, const TableDefinition& table,
                  const std::string& name, LossLog& losses, SalvageRules rules = {});
 
-    /// Reads the rows and makes the keys.  Throws 3990 when a key cannot be made.
+    /// Reads the rows and makes the keys.  Throws UnknownKey.
     void Collect();
     /// REQUIRES: Collect has been called.  `packed` is the table's.  The maps and the definition are left to
     /// the caller.
@@ -47,6 +57,7 @@ class TableSalvage {
     std::optional<StoredFields> Fields(RowPointer at, bool tell);
     bool AddKeys(RowPointer at, const StoredFields& fields);
     void MakeKey(std::size_t index, RowPointer at, const StoredFields& fields, RowKey& key);
+    void ReadOldKeys(std::size_t index);
     void DropDuplicates();
     [[nodiscard]] std::vector<RowPointer> Order();
     void WriteRow(RowPointer at, TableOutput& out, const PackedTable& packed, std::uint32_t& nextMark);

@@ -254,7 +254,9 @@ void AlterCounter(ChangedTable& table, Column& old, const Column& fresh,
     }
     old.flags = static_cast<std::uint8_t>(fresh.Autonumber() ? old.flags | columnFlags::kAutonumber
                                                              : old.flags & ~columnFlags::kAutonumber);
-    if (fresh.Autonumber() && definition.seedGiven) {
+    if (!fresh.Autonumber()) {
+        table.definition.autonumberStep = 1;
+    } else if (definition.seedGiven) {
         table.definition.lastAutonumber = static_cast<std::uint32_t>(definition.seed - definition.increment);
         table.definition.autonumberStep = static_cast<std::uint32_t>(definition.increment);
     }

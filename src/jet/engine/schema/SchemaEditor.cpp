@@ -164,8 +164,9 @@ void SchemaEditor::AddForeignKey(const sql::ForeignKeyDefinition& key) {
         throw MakeError(schemaErrors::kInConstraint, {}, "ON UPDATE SET NULL은 지원하지 않음");
     }
     relation.name = relation.name.empty() ? GeneratedName("Rel_") : relation.name;
-    context_.Edits().Save();
-    context_.Edits().Forget();
+    for (const std::string& table : {relation.table, relation.referencedTable}) {
+        context_.Load(table, definitionErrors::kNoTableOrConstraint);  // there, and not the engine's own
+    }
     Writer(context_.Edits(), context_.File().Catalog(), context_.File().Header(), std::nullopt)
         .CreateRelation(relation);
 }

@@ -1,0 +1,10 @@
+# Gives a program for Windows the version that its start-up update and the file manager read.
+function(tavrel_version_resource program description)
+  if(NOT WIN32)
+    return()
+  endif()
+  string(REPLACE "." "," numbers "${TAVREL_FILE_VERSION}")
+  set(resource "${CMAKE_CURRENT_BINARY_DIR}/${program}.rc")
+  configure_file("${CMAKE_SOURCE_DIR}/packaging/version.rc.in" "${resource}" @ONLY)
+  target_sources(${program} PRIVATE "${resource}")
+endfunction()
