@@ -74,7 +74,7 @@ Form1::~Form1() {
 }
 
 bool Form1::Form_Load() {
-    if (services_.runAutoUpdate && !services_.runAutoUpdate()) {
+    if (services_.runAutoUpdate && !services_.runAutoUpdate(messages_)) {
         return false;
     }
     InitGrid(grid_);

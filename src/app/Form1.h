@@ -23,12 +23,13 @@ struct ReportFormatLine;
 /// What the window gets from outside.  Nothing is owned; what is pointed to must outlive the window.
 struct FormServices {
     platform::SettingsStore& settings;
-    platform::MessageBox* messages = nullptr;       ///< null: boxes on the screen
-    FileChooser* files = nullptr;                   ///< null: dialogs on the screen
-    compare::WorkingCopies* copies = nullptr;       ///< null: no product can be compared
-    std::function<bool()> runAutoUpdate = {};       ///< false: a newer version takes over; empty: no update
-    std::function<void(int)> compactDatabase = {};  ///< for the side whose path has been checked
-    std::function<void(int)> openInAccess = {};     ///< the same
+    platform::MessageBox* messages = nullptr;  ///< null: boxes on the screen
+    FileChooser* files = nullptr;              ///< null: dialogs on the screen
+    compare::WorkingCopies* copies = nullptr;  ///< null: no product can be compared
+    /// False: a newer version takes over.  Empty: no update.
+    std::function<bool(platform::MessageBox&)> runAutoUpdate = {};
+    /// Opens a database in the program that belongs to it; empty: the system does.
+    std::function<void(const std::string&)> openDatabase = {};
 };
 
 class Form1 : public QWidget {
@@ -68,7 +69,6 @@ class Form1 : public QWidget {
     void ConnectSide(int index);
     void RestoreSettings();
     void Remember(Remembered entry, const std::string& value);
-    void RunOnPath(int index, const std::function<void(int)>& command);
     void ShowGridMenu(const QPoint& place);
     void SaveListing(const ReportFormatLine& format);
     [[nodiscard]] std::string PathOf(int index) const;

@@ -7,6 +7,8 @@
 #include "app/logic/DatabasePath.h"
 #include "app/logic/GridCommands.h"
 #include "app/logic/Products.h"
+#include "compare/CompactCommand.h"
+#include "compare/OpenInAccess.h"
 #include "text/Error.h"
 
 namespace tavrel::app {
@@ -14,7 +16,6 @@ namespace tavrel::app {
 namespace {
 
 constexpr const char* kDatabaseFilter = "MDB File (mdb) (*.mdb)";
-constexpr const char* kNotInThisVersion = "이 버전에서는 아직 사용할 수 없는 기능입니다.";
 
 std::string ProgramFolder() {
     return FromQt(QDir::toNativeSeparators(QCoreApplication::applicationDirPath()));
@@ -112,23 +113,19 @@ bool Form1::ValidateDbPath(const std::string& path, int index) {
     return app::ValidateDbPath(path, *workbench_.txtDBPath[static_cast<std::size_t>(index)], messages_);
 }
 
-void Form1::RunOnPath(int index, const std::function<void(int)>& command) {
-    if (!ValidateDbPath(PathOf(index), index)) {
-        return;
-    }
-    if (command) {
-        command(index);
-    } else {
-        messages_.Say(kNotInThisVersion);
-    }
-}
-
 void Form1::cmdAccess_Click(int index) {
-    RunOnPath(index, services_.openInAccess);
+    compare::cmdAccess_Click(
+        *workbench_.txtDBPath[static_cast<std::size_t>(index)],
+        [this, index](const std::string& path) { return ValidateDbPath(path, index); },
+        services_.openDatabase);
 }
 
 void Form1::cmdCompact_Click(int index) {
-    RunOnPath(index, services_.compactDatabase);
+    compare::cmdCompact_Click(
+        {.txtDBPath = workbench_.txtDBPath[static_cast<std::size_t>(index)],
+         .pointer = &pointer_,
+         .messages = &messages_,
+         .validateDbPath = [this, index](const std::string& path) { return ValidateDbPath(path, index); }});
 }
 
 void Form1::ShowGridMenu(const QPoint& place) {

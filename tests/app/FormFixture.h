@@ -41,12 +41,13 @@ struct MemorySettings : platform::SettingsStore {
 struct HeardMessages : platform::MessageBox {
     std::vector<platform::Message> heard;
     std::function<void()> whileShown;
+    platform::MessageAnswer answer = platform::MessageAnswer::No;  ///< to questions
     platform::MessageAnswer Show(const platform::Message& message) override {
         heard.push_back(message);
         if (whileShown) {
             whileShown();
         }
-        return platform::MessageAnswer::Ok;
+        return message.buttons == platform::MessageButtons::Ok ? platform::MessageAnswer::Ok : answer;
     }
     /// The texts since the last call.
     std::vector<std::string> Texts() {
@@ -87,13 +88,12 @@ class FormFixture : public ::testing::Test {
     void TearDown() override { EXPECT_EQ(QApplication::overrideCursor(), nullptr); }
 
     Form1& Open() {
-        form_ =
-            std::make_unique<Form1>(FormServices{.settings = settings,
-                                                 .messages = &messages,
-                                                 .files = &files,
-                                                 .copies = &copies,
-                                                 .compactDatabase = [this](int i) { compacted.push_back(i); },
-                                                 .openInAccess = [this](int i) { opened.push_back(i); }});
+        form_ = std::make_unique<Form1>(
+            FormServices{.settings = settings,
+                         .messages = &messages,
+                         .files = &files,
+                         .copies = &copies,
+                         .openDatabase = [this](const std::string& path) { opened.push_back(path); }});
         EXPECT_TRUE(form_->Form_Load());
         form_->show();
         QApplication::setActiveWindow(form_.get());
@@ -135,8 +135,7 @@ class FormFixture : public ::testing::Test {
     HeardMessages messages;
     ChosenFiles files;
     FakeCopies copies;
-    std::vector<int> compacted;
-    std::vector<int> opened;
+    std::vector<std::string> opened;
     std::unique_ptr<Form1> form_;
 };
 

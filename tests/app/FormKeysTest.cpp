@@ -3,8 +3,10 @@
 #include <QDropEvent>
 #include <QMimeData>
 #include <QUrl>
+#include <gmock/gmock.h>
 
 #include "app/FormFixture.h"
+#include "jet/engine/Database.h"
 #include "support/TemporaryFolder.h"
 
 namespace tavrel::app {
@@ -12,6 +14,10 @@ namespace {
 
 constexpr const char* kNoMore = "더이상 비교결과에서 다른곳을 찾을 수 없습니다.";
 using Texts = std::vector<std::string>;
+
+MATCHER_P(HasText, text, "") {
+    return arg.text == text;
+}
 
 class FormKeys : public FormFixture {
   protected:
@@ -183,18 +189,26 @@ TEST_F(FormKeys, BrowsingRemembersTheFolder) {
 
 TEST_F(FormKeys, CommandsOfOneSideCheckItsPath) {
     const testing::TemporaryFolder folder;
-    std::fclose(std::fopen(folder.File("b.mdb").c_str(), "w"));
+    const std::string path = folder.File("b.mdb");
+    jet::Database::Create(path, {.sortOrder = jet::kSortKorean, .password = "kq5183", .created = {}})
+        ->Flush();
     Open();
     Path(0).setText("  ");
-    Path(1).setText(ToQt(folder.File("b.mdb")));
+    Path(1).setText(ToQt(path));
     Click("cmdAccess_0");
     EXPECT_EQ(messages.Texts(), Texts{"DB경로가 입력되지 않았습니다."});
     EXPECT_EQ(QApplication::focusWidget(), &Path(0));
     Click("cmdAccess_1");
+    EXPECT_EQ(opened, Texts{path});
     Click("cmdCompact_1");
+    messages.answer = platform::MessageAnswer::Yes;
     Click("cmdCompact_0");
-    EXPECT_EQ(opened, std::vector<int>{1});
-    EXPECT_EQ(compacted, std::vector<int>{1});
+    Click("cmdCompact_1");
+    const std::string question = "정말 압축 및 복구를 하시겠습니까?";
+    EXPECT_THAT(
+        messages.heard,
+        ::testing::ElementsAre(HasText(question), HasText(question), HasText("DB경로가 입력되지 않았습니다."),
+                               HasText(question), HasText("압축 및 복구를 완료하였습니다.")));
 }
 
 }  // namespace

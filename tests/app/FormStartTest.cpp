@@ -109,7 +109,7 @@ TEST_F(FormStart, APathWithoutPatternLeavesTheProduct) {
 
 TEST_F(FormStart, EndsWhenANewerVersionTakesOver) {
     settings.values["최근DB_A"] = "x";
-    Form1 form({.settings = settings, .messages = &messages, .runAutoUpdate = [] { return false; }});
+    Form1 form({.settings = settings, .messages = &messages, .runAutoUpdate = [](auto&) { return false; }});
     EXPECT_FALSE(form.Form_Load());
     EXPECT_EQ(form.windowTitle(), "");
     EXPECT_EQ(form.findChild<QLineEdit*>("txtDBPath_0")->text(), "");

@@ -18,7 +18,7 @@ class StartUpUpdate : public update::UpdateFixture {
     bool Form_Load(const std::string& checker) {
         Publish("Sorvane.exe", {.body = "#!/bin/sh\n" + checker});
         bool goesOn = true;
-        Form1 form({.settings = settings, .messages = &messages, .runAutoUpdate = [&] {
+        Form1 form({.settings = settings, .messages = &messages, .runAutoUpdate = [&](auto&) {
                         modAutoUpdateV1_Launcher::RunAutoUpdate(false, Program(), messages,
                                                                 [&] { goesOn = false; });
                         return goesOn;

@@ -3,14 +3,19 @@
 
 #include "app/Form1.h"
 #include "app/FormFont.h"
+#include "compare/PatchedCopies.h"
 #include "platform/Settings.h"
+#include "update/StartUp.h"
 
 int main(int argc, char** argv) {
     QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("Tavrel"));
     QApplication::setDesktopFileName(QStringLiteral("kr.ardel.Tavrel"));
     QApplication::setFont(tavrel::app::FormFont());
-    tavrel::app::Form1 form({.settings = tavrel::platform::UserSettings()});
+    tavrel::compare::PatchedCopies copies;
+    tavrel::app::Form1 form({.settings = tavrel::platform::UserSettings(),
+                             .copies = &copies,
+                             .runAutoUpdate = tavrel::update::RunStartUpUpdate});
     if (!form.Form_Load()) {
         return 0;
     }

@@ -8,6 +8,7 @@
 
 #include "app/Form1.h"
 #include "app/FormFont.h"
+#include "compare/PatchedCopies.h"
 #include "platform/Settings.h"
 
 namespace {
@@ -42,7 +43,9 @@ int main(int argc, char** argv) {
     QApplication application(argc, argv);
     QApplication::setFont(tavrel::app::FormFont());
     PrintedMessages messages;
-    tavrel::app::Form1 form({.settings = tavrel::platform::UserSettings(), .messages = &messages});
+    tavrel::compare::PatchedCopies copies;
+    tavrel::app::Form1 form(
+        {.settings = tavrel::platform::UserSettings(), .messages = &messages, .copies = &copies});
     form.Form_Load();
     form.show();
     QApplication::processEvents();
