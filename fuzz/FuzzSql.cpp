@@ -19,8 +19,7 @@ namespace {
 constexpr int kMostRows = 200;
 
 constexpr const char* kSetup[] = {
-    "CREATE TABLE t (a COUNTER CONSTRAINT pk PRIMARY KEY, b TEXT(20) DEFAULT 'x', c DOUBLE, d DATETIME, e "
-    "MEMO)",
+    "CREATE TABLE t (a COUNTER PRIMARY KEY, b TEXT(20) DEFAULT 'x', c DOUBLE, d DATETIME, e MEMO)",
     "CREATE TABLE u (a LONG, b TEXT(20), CONSTRAINT r FOREIGN KEY (a) REFERENCES t (a) ON DELETE CASCADE)",
     "CREATE INDEX i ON t (b, c DESC)",
     "INSERT INTO t (b, c, d, e) VALUES ('one', 1.5, #2001-02-03#, 'memo')",
