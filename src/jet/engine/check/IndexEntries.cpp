@@ -15,7 +15,7 @@ namespace {
 constexpr std::uint8_t kNotNull = 0x7F;
 constexpr std::uint8_t kNotNullDescending = 0x80;
 /// Entries that wait, in bytes of memory.
-constexpr std::size_t kWaitingBytes = std::size_t{8} << 20;
+constexpr std::size_t kWaitingBytes = std::size_t{4} << 20;
 
 }  // namespace
 
