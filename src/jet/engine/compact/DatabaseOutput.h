@@ -12,7 +12,7 @@
 namespace tavrel::jet::compact {
 
 /// Memory for row places, in blocks of 4 KB, before the rest goes to the file.
-inline constexpr std::size_t kResidentBlocks = 4096;
+inline constexpr std::size_t kResidentBlocks = 2560;
 
 class DatabaseOutput {
   public:

@@ -1,6 +1,7 @@
 #include "jet/engine/compact/TableCopy.h"
 
 #include <algorithm>
+#include <numeric>
 
 #include "jet/engine/compact/EqualKeys.h"
 #include "jet/index/IndexReader.h"
@@ -14,6 +15,9 @@ constexpr std::size_t kFlagBytes = 1;
 constexpr std::size_t kLongKeyBytes = kFlagBytes + 4;
 constexpr std::uint8_t kNotNull = 0x7F;
 constexpr std::uint32_t kSignBit = 0x80000000;
+/// Rows that are read in the order of their pages before they are written in that of their keys.
+constexpr std::size_t kBatchRows = 65'000;
+constexpr std::size_t kBatchBytes = std::size_t{8} << 20;
 
 std::uint32_t NewId(const ObjectIds& ids, std::uint32_t id) {
     const auto found = ids.find(static_cast<std::int32_t>(id));
@@ -100,15 +104,24 @@ void TableCopy::CopyRows() {
         RowTally tally;
         const EntryArena order = PatchedEntries(*primary, tally, false);
         for (std::size_t i = 0; i < order.Size(); ++i) {
-            CopyRow(order.Row(i));
+            CopyRow(order.Row(i), RowAt(order.Row(i)));
         }
         return;
     }
     if (primary) {
         IndexReader reader(context_.source.Cache(), source_.realIndexes[*primary].root, source_.page);
+        const std::size_t limit = RowsPerBatch();
+        std::vector<RowPointer> batch;
         for (bool found = reader.First(); found; found = reader.Next()) {
-            CopyRow(reader.Row());
+            batch.push_back(reader.Row());
+            if (batch.size() == limit) {
+                CopyBatch(batch);
+                batch.clear();
+            }
         }
+        CopyBatch(batch);
+        fetched_ = {};
+        pieces_ = {};
         return;
     }
     for (const PageNumber page : ReadUsageMap(context_.source.Cache(), source_.ownedMap).pages) {
@@ -116,10 +129,48 @@ void TableCopy::CopyRows() {
         const DataPageView view(held);
         for (unsigned slot = 0; slot < view.SlotCount(); ++slot) {
             if ((view.At(slot).flags & kSlotHidden) == 0) {
-                CopyRow({page, static_cast<std::uint8_t>(slot)});
+                const RowPointer at{page, static_cast<std::uint8_t>(slot)};
+                CopyRow(at, RowAt(at));
             }
         }
     }
+}
+
+/// By what the definition says of the number of rows.
+std::size_t TableCopy::RowsPerBatch() const {
+    const std::size_t pages = ReadUsageMap(context_.source.Cache(), source_.ownedMap).pages.size();
+    const std::size_t rowBytes = pages * kPageSize / std::max<std::size_t>(source_.rowCount, 1) + 1;
+    return std::clamp<std::size_t>(kBatchBytes / rowBytes, 1, kBatchRows);
+}
+
+/// Where keys and pages have different orders each page is read once for many rows.
+void TableCopy::CopyBatch(const std::vector<RowPointer>& batch) {
+    const bool fetched = !std::ranges::is_sorted(batch) && FetchBatch(batch);
+    for (std::size_t i = 0; i < batch.size(); ++i) {
+        CopyRow(batch[i],
+                fetched ? ByteView(fetched_).subspan(pieces_[i].start, pieces_[i].length) : RowAt(batch[i]));
+    }
+}
+
+/// False, and nothing has happened, when the rows are longer than expected.
+bool TableCopy::FetchBatch(const std::vector<RowPointer>& batch) {
+    const std::uint64_t followed = followed_;
+    std::vector<std::uint32_t> order(batch.size());
+    std::iota(order.begin(), order.end(), 0U);
+    std::ranges::sort(order, {}, [&](std::uint32_t i) { return batch[i].ToU32(); });
+    pieces_.resize(batch.size());
+    fetched_.clear();
+    fetched_.reserve(kBatchBytes);
+    for (const std::uint32_t i : order) {
+        const ByteView row = RowAt(batch[i]);
+        if (fetched_.size() + row.size() > 2 * kBatchBytes) {
+            followed_ = followed;
+            return false;
+        }
+        pieces_[i] = {fetched_.size(), row.size()};
+        AppendBytes(fetched_, row);
+    }
+    return true;
 }
 
 /// A page of the table is met for the first time: its rows are counted and get their places in the map.
@@ -166,8 +217,7 @@ ByteView TableCopy::RowAt(RowPointer at) {
     return moved.row;
 }
 
-void TableCopy::CopyRow(RowPointer at) {
-    const ByteView row = RowAt(at);
+void TableCopy::CopyRow(RowPointer at, ByteView row) {
     if (context_.map.Get(at).page != 0) {
         ThrowDamaged("인덱스가 한 행을 두 번 가리킴");
     }

@@ -45,7 +45,10 @@ class TableCopy {
     };
 
     void CopyRows();
-    void CopyRow(RowPointer at);
+    void CopyBatch(const std::vector<RowPointer>& batch);
+    bool FetchBatch(const std::vector<RowPointer>& batch);
+    void CopyRow(RowPointer at, ByteView row);
+    [[nodiscard]] std::size_t RowsPerBatch() const;
     void CopyLongValues();
     void PatchIds();
     ByteView RowAt(RowPointer at);
@@ -74,8 +77,14 @@ class TableCopy {
     PageNumber pageNumber_ = 0;
     std::optional<PageRef> moved_;
     ByteVector row_;
-    std::uint64_t live_ = 0;    ///< rows on the pages met
-    std::uint64_t hidden_ = 0;  ///< targets of moved rows on the pages met
+    struct Piece {
+        std::size_t start = 0;
+        std::size_t length = 0;
+    };
+    ByteVector fetched_;         ///< rows of a batch
+    std::vector<Piece> pieces_;  ///< where each of them lies in fetched_
+    std::uint64_t live_ = 0;     ///< rows on the pages met
+    std::uint64_t hidden_ = 0;   ///< targets of moved rows on the pages met
     std::uint64_t followed_ = 0;
     RowTally copied_;
 };
