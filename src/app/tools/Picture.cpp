@@ -1,8 +1,10 @@
-// tavrel-picture PNG [SCALE]: the window as a picture, with the comparison of the two databases that the
-// settings name.  Draws without a screen unless one is asked for by QT_QPA_PLATFORM.
+// tavrel-picture PNG [SCALE [PRODUCT]]: the window as a picture, with the comparison of the two databases
+// that the settings name, the product of that list text chosen.  Draws without a screen unless one is asked
+// for by QT_QPA_PLATFORM.
 #include <cstdio>
 
 #include <QApplication>
+#include <QComboBox>
 #include <QDir>
 #include <QPixmap>
 
@@ -29,14 +31,14 @@ class PrintedMessages : public tavrel::platform::MessageBox {
 }  // namespace
 
 int main(int argc, char** argv) {
-    if (argc < 2 || argc > 3) {
-        std::fprintf(stderr, "tavrel-picture PNG [SCALE]\n");
+    if (argc < 2 || argc > 4) {
+        std::fprintf(stderr, "tavrel-picture PNG [SCALE [PRODUCT]]\n");
         return 2;
     }
     if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) {
         qputenv("QT_QPA_PLATFORM", "offscreen");
     }
-    if (argc == 3) {
+    if (argc >= 3) {
         qputenv("QT_SCALE_FACTOR", argv[2]);
     }
     const QString target = QDir::current().absoluteFilePath(QString::fromLocal8Bit(argv[1]));
@@ -49,6 +51,9 @@ int main(int argc, char** argv) {
     form.Form_Load();
     form.show();
     QApplication::processEvents();
+    if (argc == 4) {
+        form.findChild<QComboBox*>(QStringLiteral("cmbApp"))->setCurrentText(QString::fromUtf8(argv[3]));
+    }
     form.Form_KeyDown(tavrel::app::keys::kF5, 0);
     QApplication::processEvents();
     if (!form.grab().save(target)) {
