@@ -96,7 +96,7 @@ class IndexRangeReader : public sql::IndexCursor {
 
     [[nodiscard]] bool BehindLast(ByteView key) const {
         const std::size_t length = std::min(key.size(), last_.size());
-        return std::memcmp(key.data(), last_.data(), length) > 0;
+        return length > 0 && std::memcmp(key.data(), last_.data(), length) > 0;
     }
 
     const TableDefinition& table_;

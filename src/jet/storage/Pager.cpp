@@ -20,10 +20,7 @@ Page& Pager::Write(PageNumber number) {
     if (frame.page.use_count() > 1) {
         frame.page = std::make_shared<Page>(*frame.page);  // rule 1: holders keep what they hold
     }
-    if (!frame.dirty) {
-        frame.dirty = true;
-        ++dirtyCount_;
-    }
+    MarkDirty(frame);
     frame.edition = ++editions_;
     return *frame.page;
 }
@@ -47,7 +44,9 @@ Page& Pager::Fresh(PageNumber number) {
 Pager::Frame& Pager::Load(PageNumber number) {
     const auto found = frames_.find(number);
     if (found != frames_.end()) {
-        recent_.splice(recent_.begin(), recent_, found->second.place);
+        if (!found->second.dirty) {
+            recent_.splice(recent_.begin(), recent_, found->second.place);
+        }
         return found->second;
     }
     if (number >= pageCount_) {
@@ -61,9 +60,30 @@ Pager::Frame& Pager::Load(PageNumber number) {
 Pager::Frame& Pager::Insert(PageNumber number, std::shared_ptr<Page> page, bool dirty) {
     MakeRoom();
     recent_.push_front(number);
-    dirtyCount_ += dirty ? 1 : 0;
-    return frames_.insert_or_assign(number, Frame{std::move(page), dirty, ++editions_, recent_.begin()})
-        .first->second;
+    Frame& frame =
+        frames_.insert_or_assign(number, Frame{std::move(page), false, ++editions_, recent_.begin()})
+            .first->second;
+    if (dirty) {
+        MarkDirty(frame);
+    }
+    return frame;
+}
+
+void Pager::MarkDirty(Frame& frame) {
+    if (!frame.dirty) {
+        frame.dirty = true;
+        ++dirtyCount_;
+        recent_.erase(frame.place);
+    }
+}
+
+void Pager::MarkClean(PageNumber number, Frame& frame) {
+    if (frame.dirty) {
+        frame.dirty = false;
+        --dirtyCount_;
+        recent_.push_front(number);
+        frame.place = recent_.begin();
+    }
 }
 
 /// Keeps what the page was when the innermost unit began; the outer one takes it over when that ends.
@@ -86,14 +106,9 @@ void Pager::MakeRoom() {
     if (Innermost() == nullptr && dirtyCount_ >= limit_) {
         WriteDirty();
     }
-    auto place = recent_.end();
-    while (frames_.size() >= limit_ + dirtyCount_ && place != recent_.begin()) {
-        --place;
-        const auto frame = frames_.find(*place);
-        if (!frame->second.dirty) {
-            frames_.erase(frame);
-            place = recent_.erase(place);
-        }
+    while (frames_.size() >= limit_ + dirtyCount_ && !recent_.empty()) {
+        frames_.erase(recent_.back());
+        recent_.pop_back();
     }
 }
 
@@ -108,8 +123,7 @@ void Pager::WriteDirty() {
     for (const PageNumber number : numbers) {
         Frame& frame = frames_.at(number);
         file_->WritePage(number, *frame.page);
-        frame.dirty = false;
-        --dirtyCount_;
+        MarkClean(number, frame);
     }
 }
 
@@ -120,8 +134,13 @@ void Pager::Unit::Begin(PageNumber count) {
 }
 
 void Pager::Unit::End() {
+    constexpr std::size_t kLarge = 1024;
     open = false;
-    before.clear();
+    if (before.bucket_count() > kLarge) {
+        before = {};  // clearing costs as much as there were pages once
+    } else {
+        before.clear();
+    }
 }
 
 void Pager::Unit::TakeOver(const Unit& inner) {
@@ -146,12 +165,14 @@ void Pager::RollBack(Unit& unit) {
             continue;  // came and went within the unit
         }
         Frame& frame = found->second;
-        dirtyCount_ -= frame.dirty ? 1 : 0;
+        if (image.page && image.dirty) {
+            MarkDirty(frame);
+        } else {
+            MarkClean(number, frame);
+        }
         if (image.page) {
             frame.page = image.page;
-            frame.dirty = image.dirty;
             frame.edition = ++editions_;
-            dirtyCount_ += frame.dirty ? 1 : 0;
         } else {
             recent_.erase(frame.place);
             frames_.erase(found);

@@ -95,12 +95,14 @@ class Pager {
         std::shared_ptr<Page> page;
         bool dirty = false;
         std::uint64_t edition = 0;
-        std::list<PageNumber>::iterator place;  ///< in recent_
+        std::list<PageNumber>::iterator place;  ///< in recent_, when unchanged
     };
 
     Frame& Load(PageNumber number);
     Frame& Insert(PageNumber number, std::shared_ptr<Page> page, bool dirty);
     void Remember(PageNumber number, const Frame& frame);
+    void MarkDirty(Frame& frame);
+    void MarkClean(PageNumber number, Frame& frame);
     void MakeRoom();
     void WriteDirty();
 
@@ -108,7 +110,7 @@ class Pager {
     std::size_t limit_;
     PageNumber pageCount_;
     std::unordered_map<PageNumber, Frame> frames_;
-    std::list<PageNumber> recent_;  ///< most recently used first
+    std::list<PageNumber> recent_;  ///< unchanged pages, the most recently used first
     std::size_t dirtyCount_ = 0;
     std::uint64_t editions_ = 0;
 
