@@ -261,6 +261,7 @@ std::vector<RelationInfo> Database::Relations() {
         groups[row.name].push_back(std::move(row));
     }
     std::vector<RelationInfo> relations;
+    relations.reserve(groups.size());
     for (auto& [name, rows] : groups) {
         relations.push_back(DescribeRelation(rows));
     }

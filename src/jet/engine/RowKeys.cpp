@@ -71,6 +71,7 @@ std::uint32_t ScanFields(Pager& pager, const TableDefinition& table, const std::
 EntryArena KeysWithoutNull(Pager& pager, const TableDefinition& table,
                            const std::vector<std::uint16_t>& columns) {
     std::vector<IndexColumn> ascending;
+    ascending.reserve(columns.size());
     for (const std::uint16_t number : columns) {
         ascending.push_back({number, true});
     }

@@ -109,7 +109,7 @@ struct RowPointer {
 
     static RowPointer FromU32(std::uint32_t raw) { return {raw >> 8, static_cast<std::uint8_t>(raw)}; }
     [[nodiscard]] std::uint32_t ToU32() const { return page << 8 | row; }
-    auto operator<=>(const RowPointer&) const = default;
+    auto operator<=>(const RowPointer&) const = default;  // NOLINT(modernize-use-nullptr): there is none
 };
 
 }  // namespace tavrel::jet
