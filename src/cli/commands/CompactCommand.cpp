@@ -98,7 +98,7 @@ class CompactCommand : public Command {
         return jet::CompactDatabase(
             file_, temporary,
             {.password = password_.value_or(std::string()),
-             .checkPassword = password_.has_value(),
+             .checkPassword = true,
              .progress = [&](jet::CompactPhase phase, std::uint64_t done, std::uint64_t total) {
                  progress.Show(phase, done, total);
              }});

@@ -114,7 +114,7 @@ PageNumber TailOf(ByteView page) {
 }  // namespace
 
 /// REQUIRES: the page was read just now.  Good until the next call.
-const EntryTable& BTree::TableOf(PageNumber number, ByteView page) {
+EntryTable& BTree::TableOf(PageNumber number, ByteView page) {
     Known& known = known_[number % known_.size()];
     const std::uint64_t edition = pager_.Edition(number);
     if (known.page != number || known.edition != edition || !known.table) {
@@ -123,6 +123,11 @@ const EntryTable& BTree::TableOf(PageNumber number, ByteView page) {
         known.edition = edition;
     }
     return *known.table;
+}
+
+/// The page was changed, and what is known of it with it.
+void BTree::StillKnown(PageNumber number) {
+    known_[number % known_.size()].edition = pager_.Edition(number);
 }
 
 /// The way from the root to the page of a level in which `bound` belongs.
@@ -175,10 +180,11 @@ bool BTree::Contains(ByteView key) {
 
 void BTree::InsertAt(const Path& path, ByteView entry) {
     const Step& step = path.back();
-    const EntryTable table = TableOf(step.page, pager_.Read(step.page));
+    EntryTable& table = TableOf(step.page, pager_.Read(step.page));
     Page& page = pager_.Write(step.page);
     IndexPageEditor editor(page);
     if (editor.TryInsert(table, step.at, entry)) {
+        StillKnown(step.page);
         return;
     }
     const bool appended = step.at == table.Count() && NextOf(page) == 0;

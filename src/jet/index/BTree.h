@@ -43,7 +43,8 @@ class BTree {
     };
     using Path = std::vector<Step>;
 
-    const EntryTable& TableOf(PageNumber number, ByteView page);
+    EntryTable& TableOf(PageNumber number, ByteView page);
+    void StillKnown(PageNumber number);
     Path Descend(ByteView bound, unsigned level);
     void InsertAt(const Path& path, ByteView entry);
     void Redirect(const Path& path, PageNumber child);

@@ -31,11 +31,23 @@ EntryTable::EntryTable(ByteView page) {
     leaf_ = page[0] == kPageTypeLeaf;
     prefix_ = U16(page, kPrefix);
     mask_ = EntryMask(page);
+    CountEnds();
+    used_ = mask_.Highest();
+    CheckEnds();
+}
+
+void EntryTable::CountEnds() {
     for (std::size_t i = 0; i < EntryMask::kWords; ++i) {
         before_[i + 1] = static_cast<std::uint16_t>(before_[i] + CountBits(mask_.Word(i)));
     }
-    used_ = mask_.Highest();
-    CheckEnds();
+}
+
+void EntryTable::Insert(unsigned at, std::size_t length) {
+    const unsigned start = Start(at);
+    mask_.MoveUp(start, length);
+    mask_.Set(start + length);
+    used_ += static_cast<unsigned>(length);
+    CountEnds();
 }
 
 /// Every entry holds its row pointer, and in a node its child, which no prefix may swallow.
@@ -164,7 +176,7 @@ void IndexPageEditor::SetEntries(const std::vector<ByteVector>& entries, std::si
     SetUsed(used);
 }
 
-bool IndexPageEditor::TryInsert(const EntryTable& table, unsigned at, ByteView entry) {
+bool IndexPageEditor::TryInsert(EntryTable& table, unsigned at, ByteView entry) {
     const unsigned prefix = table.Prefix();
     if (prefix > 0 && (at == 0 || entry.size() <= prefix ||
                        std::memcmp(entry.data(), page_.data() + kIndexEntries, prefix) != 0)) {
@@ -178,11 +190,9 @@ bool IndexPageEditor::TryInsert(const EntryTable& table, unsigned at, ByteView e
     std::uint8_t* place = page_.data() + kIndexEntries + start;
     std::memmove(place + stored.size(), place, table.Used() - start);
     std::memcpy(place, stored.data(), stored.size());
-    EntryMask mask = table.Mask();
-    mask.MoveUp(start, stored.size());
-    mask.Set(start + stored.size());
-    mask.Store(page_);
-    SetUsed(table.Used() + stored.size());
+    table.Insert(at, stored.size());
+    table.Mask().Store(page_);
+    SetUsed(table.Used());
     return true;
 }
 

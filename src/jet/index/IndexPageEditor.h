@@ -10,7 +10,7 @@
 namespace tavrel::jet {
 
 /// Where the entries of a page end.  Holds no view on the page: it stays right only as long as the page's
-/// entries do.
+/// entries do, or as they are changed by way of it.
 class EntryTable {
   public:
     /// Throws 3428 when the page is no index page or its entry mask is impossible.
@@ -33,8 +33,12 @@ class EntryTable {
     /// child to descend into stands there.
     [[nodiscard]] unsigned LowerBound(ByteView page, ByteView bound) const;
 
+    /// An entry that takes `length` bytes has been put in before entry `at`.
+    void Insert(unsigned at, std::size_t length);
+
   private:
     void CheckEnds() const;
+    void CountEnds();
     [[nodiscard]] int Compare(ByteView page, unsigned entry, ByteView bound, unsigned skip) const;
 
     bool leaf_ = true;
@@ -59,8 +63,8 @@ class IndexPageEditor {
     void SetEntries(const std::vector<ByteVector>& entries, std::size_t prefix);
 
     /// Puts an entry in at a place if that is possible without touching other entries; false when there is no
-    /// room or the page's prefix does not fit.
-    bool TryInsert(const EntryTable& table, unsigned at, ByteView entry);
+    /// room or the page's prefix does not fit.  The table follows.
+    bool TryInsert(EntryTable& table, unsigned at, ByteView entry);
     /// Takes an entry out.
     void Remove(const EntryTable& table, unsigned at);
 
