@@ -44,9 +44,9 @@ void EntryArena::Sort() {
         if (left.head != right.head) {
             return left.head < right.head;
         }
-        const int order = std::memcmp(bytes_.data() + left.offset, bytes_.data() + right.offset,
-                                      std::min(left.length, right.length));
-        return order != 0 ? order < 0 : left.length < right.length;
+        const ByteView bytes(bytes_);
+        return CompareBytes(bytes.subspan(left.offset, left.length),
+                            bytes.subspan(right.offset, right.length)) < 0;
     };
     if (!std::is_sorted(items_.begin(), items_.end(), less)) {
         std::sort(items_.begin(), items_.end(), less);

@@ -95,12 +95,7 @@ int EntryTable::Compare(ByteView page, unsigned entry, ByteView bound, unsigned 
     const std::size_t childBytes = leaf_ ? 0 : kChildBytes;
     const ByteView stored = page.subspan(kIndexEntries + Start(entry), End(entry) - Start(entry) - childBytes)
                                 .subspan(entry == 0 ? skip : 0);
-    const ByteView rest = bound.subspan(skip);
-    const int order = std::memcmp(stored.data(), rest.data(), std::min(stored.size(), rest.size()));
-    if (order != 0) {
-        return order;
-    }
-    return stored.size() < rest.size() ? -1 : static_cast<int>(stored.size() > rest.size());
+    return CompareBytes(stored, bound.subspan(skip));
 }
 
 unsigned EntryTable::LowerBound(ByteView page, ByteView bound) const {
@@ -108,8 +103,7 @@ unsigned EntryTable::LowerBound(ByteView page, ByteView bound) const {
     if (prefix_ > 0 && Count() > 0) {
         // All entries begin with the prefix: a bound that does not stands before or behind all of them.
         const ByteView prefix = page.subspan(kIndexEntries, prefix_);
-        const int order =
-            std::memcmp(prefix.data(), bound.data(), std::min<std::size_t>(prefix_, bound.size()));
+        const int order = CompareBytes(prefix, bound.first(std::min<std::size_t>(prefix_, bound.size())));
         if (order != 0 || bound.size() < prefix_) {
             return order < 0 ? Count() : 0;
         }

@@ -1,6 +1,5 @@
 #include <algorithm>
 #include <bit>
-#include <cstring>
 
 #include "jet/sql/OutputStages.h"
 
@@ -98,10 +97,8 @@ class SortStage : public OutputStage {
         if (a.front != b.front) {
             return a.front < b.front ? -1 : 1;
         }
-        const std::size_t common = std::min(a.length, b.length);
-        const int order =
-            common == 0 ? 0 : std::memcmp(keys_.data() + a.start, keys_.data() + b.start, common);
-        return order != 0 ? order : a.length < b.length ? -1 : a.length > b.length ? 1 : 0;
+        const ByteView keys(keys_);
+        return CompareBytes(keys.subspan(a.start, a.length), keys.subspan(b.start, b.length));
     }
     [[nodiscard]] bool Less(const Entry& a, const Entry& b) const {
         const int order = Compare(a, b);

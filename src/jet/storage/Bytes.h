@@ -1,6 +1,7 @@
 // Reading bytes that came from a file: every access is checked against the end, whatever a field claims.
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <cstring>
@@ -89,6 +90,16 @@ inline void AppendU32Be(ByteVector& out, std::uint32_t value) {
 }
 inline void AppendBytes(ByteVector& out, ByteView bytes) {
     out.insert(out.end(), bytes.begin(), bytes.end());
+}
+
+/// Byte by byte, then the shorter one first: below 0, 0, or above 0.  Either may be empty.
+inline int CompareBytes(ByteView a, ByteView b) {
+    const std::size_t common = std::min(a.size(), b.size());
+    const int order = common == 0 ? 0 : std::memcmp(a.data(), b.data(), common);
+    if (order != 0) {
+        return order;
+    }
+    return a.size() < b.size() ? -1 : static_cast<int>(a.size() > b.size());
 }
 
 inline std::uint64_t BitsOf(double value) {

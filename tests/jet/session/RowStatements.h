@@ -11,7 +11,8 @@ class RowStatements : public StatementBase {
 
   protected:
     void Insert() {
-        const auto& [name, table] = Any(model_.tables);
+        const auto [name, table] =
+            Any(model_.tables);  // a copy: the model is replaced when the row has gone in
         Model after = model_;
         ModelRow row;
         std::string names;
