@@ -18,7 +18,7 @@ namespace tavrel::jet {
 
 namespace {
 
-constexpr std::uint8_t kNotNull = 0x7F;
+constexpr std::uint8_t kTextFollows = 0x7F;
 constexpr std::uint8_t kSectionEnd = 0x01;
 constexpr std::uint8_t kKeyEnd = 0x00;
 constexpr std::uint8_t kStandIn = 0xFF;
@@ -36,7 +36,7 @@ class TextKeyBuilder {
   public:
     explicit TextKeyBuilder(std::size_t units) {
         key_.reserve(2 * units + 8);
-        key_.push_back(kNotNull);
+        key_.push_back(kTextFollows);
     }
 
     /// False when a positional character stands too far behind for its place to be written.

@@ -124,9 +124,9 @@ FileBytes BytesOf(const std::string& file) {
 
 // ---- single damages
 
-constexpr std::int64_t kRows = 300;
+constexpr std::int64_t kSampleRows = 300;
 
-/// Places in a database with one table of kRows rows.
+/// Places in a database with one table of kSampleRows rows.
 struct Places {
     jet::TableDefinition table;
     std::vector<jet::PageNumber> data, longValues, objects, aces;
@@ -137,7 +137,7 @@ std::string MakeCustomers(const TemporaryFolder& folder, Places& places) {
     builder.Add(
         Table("고객").Counter("번호").Text("이름", 50).Memo("메모").Key({"번호"}).Index("이름순", {"이름"}));
     std::vector<std::vector<jet::Value>> rows;
-    for (std::int64_t row = 0; row < kRows; ++row) {
+    for (std::int64_t row = 0; row < kSampleRows; ++row) {
         rows.push_back(
             {jet::Null{}, "이름 " + std::to_string(row % 40), std::string(row == 7 ? 9000 : 500, 'm')});
     }
@@ -199,7 +199,7 @@ TEST(RepairTest, SingleDamages) {
         EXPECT_EQ(!report.losses.empty(), damage.told);
         EXPECT_EQ(FindingsOf(result), "");
         const auto rows = ReadRows(*OpenAny(result), damage.table);
-        EXPECT_EQ(std::ssize(rows), kRows - damage.rowsLost);
+        EXPECT_EQ(std::ssize(rows), kSampleRows - damage.rowsLost);
         EXPECT_EQ(
             std::ranges::count_if(rows, [](const auto& row) { return row[2] == jet::Value(jet::Null{}); }),
             damage.memosLost);
