@@ -101,25 +101,36 @@ constexpr TypeRule kTypeRules[] = {
 
 std::optional<ByteVector> EncodeKeyColumn(const Column& column, const std::optional<ByteView>& stored,
                                           bool ascending, UnknownWeights unknown) {
+    std::optional<ByteVector> key(std::in_place);
+    if (!AppendKeyColumn(*key, column, stored, ascending, unknown)) {
+        key.reset();
+    }
+    return key;
+}
+
+bool AppendKeyColumn(ByteVector& key, const Column& column, const std::optional<ByteView>& stored,
+                     bool ascending, UnknownWeights unknown) {
     if (!stored) {
-        return ByteVector{ascending ? kNull : Inverted(kNull)};
+        AppendU8(key, ascending ? kNull : Inverted(kNull));
+        return true;
     }
     if (IsText(column.type)) {
-        return EncodeTextKey(DecodeUnits(*stored), column.sortOrder, ascending, unknown);
+        return AppendTextKey(key, DecodeUnits(*stored), column.sortOrder, ascending, unknown);
     }
     const auto rule = std::ranges::find(kTypeRules, column.type, &TypeRule::type);
     if (rule == std::end(kTypeRules)) {
-        return std::nullopt;
+        return false;
     }
     if (rule->length != 0 && stored->size() != rule->length) {
         ThrowDamaged("인덱스 필드 값의 길이가 형식과 다름");
     }
-    ByteVector key{kNotNull};
+    const std::size_t start = key.size();
+    AppendU8(key, kNotNull);
     rule->append(key, *stored);
     if (!ascending) {
-        Invert(key);
+        Invert(std::span(key).subspan(start));
     }
-    return key;
+    return true;
 }
 
 }  // namespace tavrel::jet

@@ -9,10 +9,6 @@ namespace {
 constexpr std::uint8_t kMark0 = 0xFF;
 constexpr std::uint8_t kMark1 = 0xFE;
 
-bool IsCompressed(ByteView stored) {
-    return stored.size() >= 2 && stored[0] == kMark0 && stored[1] == kMark1;
-}
-
 std::u16string UnitsOf(ByteView bytes) {
     if (bytes.size() % 2 != 0) {
         ThrowDamaged("텍스트의 바이트 수가 홀수임");
@@ -45,13 +41,17 @@ std::u16string Expand(ByteView packed) {
 
 }  // namespace
 
+bool IsCompressed(ByteView stored) {
+    return stored.size() >= kCompressedMark && stored[0] == kMark0 && stored[1] == kMark1;
+}
+
 std::u16string DecodeUnits(ByteView stored) {
-    return IsCompressed(stored) ? Expand(stored.subspan(2)) : UnitsOf(stored);
+    return IsCompressed(stored) ? Expand(stored.subspan(kCompressedMark)) : UnitsOf(stored);
 }
 
 std::string DecodeText(ByteView stored) {
     if (IsCompressed(stored)) {
-        return text::Utf8FromUtf16(Expand(stored.subspan(2)));
+        return text::Utf8FromUtf16(Expand(stored.subspan(kCompressedMark)));
     }
     if (stored.size() % 2 != 0) {
         ThrowDamaged("텍스트의 바이트 수가 홀수임");
@@ -89,11 +89,15 @@ std::optional<ByteVector> CompressText(std::u16string_view units) {
     return out;
 }
 
-ByteVector StoreText(std::u16string_view units, bool compress, TextKind kind) {
+bool PrefersCompressed(std::size_t units, std::size_t bytes, TextKind kind) {
     constexpr std::size_t kLeastUnits = 3;
-    if (compress && units.size() >= kLeastUnits) {
-        const std::size_t most = units.size() * 2 - (kind == TextKind::Memo ? 1 : 0);
-        if (auto packed = CompressText(units); packed && packed->size() <= most) {
+    return units >= kLeastUnits && bytes <= units * 2 - (kind == TextKind::Memo ? 1 : 0);
+}
+
+ByteVector StoreText(std::u16string_view units, bool compress, TextKind kind) {
+    if (compress) {
+        if (auto packed = CompressText(units);
+            packed && PrefersCompressed(units.size(), packed->size(), kind)) {
             return std::move(*packed);
         }
     }

@@ -9,6 +9,10 @@
 
 namespace tavrel::jet {
 
+/// Bytes of the mark that a compressed text begins with.
+inline constexpr std::size_t kCompressedMark = 2;
+bool IsCompressed(ByteView stored);
+
 /// Stored bytes to UTF-8.  Throws 3428 when an odd byte is left over.
 std::string DecodeText(ByteView stored);
 /// UTF-16 units of a stored text.
@@ -20,8 +24,10 @@ ByteVector PlainText(std::u16string_view units);
 std::optional<ByteVector> CompressText(std::u16string_view units);
 
 enum class TextKind { Column, Memo };
-/// The bytes that the engine stores: compressed if `compress` is set, the text has at least three units, and
-/// the compressed form is not longer (memo: is shorter).
+/// Whether a text that may be compressed is: it has at least three units, and the compressed form, `bytes`
+/// long with its mark, is not longer than the plain one (memo: is shorter).
+bool PrefersCompressed(std::size_t units, std::size_t bytes, TextKind kind);
+/// The bytes that the engine stores: compressed if `compress` is set and the text prefers it.
 ByteVector StoreText(std::u16string_view units, bool compress, TextKind kind);
 
 }  // namespace tavrel::jet

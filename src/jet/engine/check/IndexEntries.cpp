@@ -29,15 +29,9 @@ IndexEntries::IndexEntries(Context& context, const std::string& where, const Tab
       shape_(shape),
       rows_(rows),
       reader_(context.pager),
-      seen_(rows.Size()),
-      longBudget_(std::uint64_t{context.pager.PageCount()} * kPageSize) {
-    for (const IndexColumn& column : index.columns) {
-        const std::size_t place = table.FindColumn(column.number);
-        if (place != TableDefinition::npos) {
-            columns_.push_back({place, column.ascending});
-        }
-    }
-}
+      columns_(KeyColumns(table, index)),
+      seen_(rows.Slots().Size()),
+      longBudget_(std::uint64_t{context.pager.PageCount()} * kPageSize) {}
 
 void IndexEntries::Add(ByteView entry) {
     const RowPointer slot = LeafRow(entry);
@@ -57,14 +51,12 @@ void IndexEntries::Add(ByteView entry) {
 
 void IndexEntries::Finish() {
     std::ranges::stable_sort(waiting_, {}, &Waiting::slot);
-    std::size_t near = 0;
     for (const Waiting& entry : waiting_) {
-        const std::size_t row = rows_.Find(entry.slot, near);
+        const std::size_t row = rows_.Find(entry.slot);
         if (row == RowList::npos) {
             log_.Add(FindingKind::EntryWithoutRow, where_, {PointerText(entry.slot)});
             continue;
         }
-        near = row;
         if (seen_[row]) {
             log_.Add(FindingKind::RowTwoEntries, where_, {PointerText(entry.slot)});
             continue;
@@ -73,16 +65,16 @@ void IndexEntries::Finish() {
         if (rows_.IsReadable(row)) {
             Guard(
                 log_, FindingKind::RowDamaged, [&] { return RowPlaceText(where_, entry.slot); },
-                [&] { CheckEntry(entry, row); });
+                [&] { CheckEntry(entry); });
         }
     }
     waiting_.clear();
     keys_.clear();
 }
 
-void IndexEntries::CheckEntry(const Waiting& entry, std::size_t row) {
-    const RowView view(shape_, reader_.Read(rows_.At(row)));
-    const Nulls nulls = NullsOf(view);
+void IndexEntries::CheckEntry(const Waiting& entry) {
+    const RowView view(shape_, reader_.Read(entry.slot));
+    const KeyNulls nulls = NullsOf(view);
     if (index_.Required() && nulls.any) {
         log_.Add(FindingKind::NullInRequired, where_, {PointerText(entry.slot)});
     }
@@ -92,12 +84,10 @@ void IndexEntries::CheckEntry(const Waiting& entry, std::size_t row) {
     CheckKey(entry.slot, view, ByteView(keys_).subspan(entry.start, entry.length));
 }
 
-IndexEntries::Nulls IndexEntries::NullsOf(const RowView& view) const {
-    Nulls nulls;
+KeyNulls IndexEntries::NullsOf(const RowView& view) const {
+    KeyNulls nulls;
     for (const KeyColumn& column : columns_) {
-        const bool isNull = !view.Field(column.place);
-        nulls.any |= isNull;
-        nulls.all &= isNull;
+        nulls.Add(!view.Field(column.place));
     }
     return nulls;
 }
@@ -149,28 +139,45 @@ std::optional<ByteVector> IndexEntries::FetchLong(std::optional<ByteView> descri
     return ReadLongValue(context_.pager, *descriptor);
 }
 
-void IndexEntries::ReportCounts() {
-    log_.Count("keys-compared", comparedKeys_);
-    log_.Count("keys-with-unknown-weights", unknownKeys_);
+void IndexEntries::ReportCounts(FindingLog& log, std::uint64_t compared, std::uint64_t unknown) {
+    log.Count("keys-compared", compared);
+    log.Count("keys-with-unknown-weights", unknown);
 }
 
 void IndexEntries::CheckRowsWithoutEntry() {
+    const SlotNumbers& slots = rows_.Slots();
     std::size_t missing = 0;
-    for (std::size_t row = 0; row < rows_.Size() && missing < kFindingsPerKind; ++row) {
-        if (seen_[row] || !rows_.IsReadable(row)) {
-            continue;
-        }
-        Guard(log_, FindingKind::RowDamaged, RowPlaceText(where_, rows_.Slot(row)), [&] {
-            const Nulls nulls = NullsOf(RowView(shape_, reader_.Read(rows_.At(row))));
-            if (index_.Required() && nulls.any) {
-                log_.Add(FindingKind::NullInRequired, where_, {PointerText(rows_.Slot(row))});
+    for (std::size_t place = 0; place < slots.Pages().size(); ++place) {
+        const std::size_t first = slots.First(place);
+        for (std::size_t number = first; number < slots.First(place + 1); ++number) {
+            if (!rows_.Has(number) || seen_[number] || !rows_.IsReadable(number)) {
+                continue;
             }
-            if (!index_.IgnoreNulls() || !nulls.all) {
-                ++missing;
-                log_.Add(FindingKind::RowWithoutEntry, where_, {PointerText(rows_.Slot(row))});
+            if (missing == kFindingsPerKind) {
+                return;
+            }
+            const RowPointer slot{slots.Pages()[place], static_cast<std::uint8_t>(number - first)};
+            missing += CheckRowWithoutEntry(slot) ? 0 : 1;
+        }
+    }
+}
+
+/// False when it is missing.
+bool IndexEntries::CheckRowWithoutEntry(RowPointer slot) {
+    bool right = true;
+    Guard(
+        log_, FindingKind::RowDamaged, [&] { return RowPlaceText(where_, slot); },
+        [&] {
+            const KeyNulls nulls = NullsOf(RowView(shape_, reader_.Read(slot)));
+            if (index_.Required() && nulls.any) {
+                log_.Add(FindingKind::NullInRequired, where_, {PointerText(slot)});
+            }
+            right = index_.IgnoreNulls() && nulls.all;
+            if (!right) {
+                log_.Add(FindingKind::RowWithoutEntry, where_, {PointerText(slot)});
             }
         });
-    }
+    return right;
 }
 
 }  // namespace tavrel::jet::check

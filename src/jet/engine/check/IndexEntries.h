@@ -1,4 +1,4 @@
-// The entries of an index against the rows of its table, both ways.
+// The entries of an index against the rows of its table one by one, both ways: which of them are wrong.
 #pragma once
 
 #include <string>
@@ -6,6 +6,7 @@
 
 #include "jet/catalog/TableDefinition.h"
 #include "jet/engine/check/Context.h"
+#include "jet/engine/check/IndexKey.h"
 #include "jet/engine/check/RowList.h"
 #include "jet/storage/RowLayout.h"
 
@@ -25,18 +26,10 @@ class IndexEntries {
     /// REQUIRES: Finish has been called.  Rows that have no entry.
     void CheckRowsWithoutEntry();
     /// How many keys were compared, and of how many the weights are not known.
-    void ReportCounts();
+    void ReportCounts() { ReportCounts(log_, comparedKeys_, unknownKeys_); }
+    static void ReportCounts(FindingLog& log, std::uint64_t compared, std::uint64_t unknown);
 
   private:
-    struct KeyColumn {
-        std::size_t place;  ///< in the definition
-        bool ascending;
-    };
-    struct Nulls {
-        bool any = false;
-        bool all = true;
-    };
-
     struct Waiting {
         RowPointer slot;
         RowPointer duplicate;  ///< the row before in the index when it has the same key; else page 0
@@ -44,8 +37,9 @@ class IndexEntries {
         std::size_t length = 0;  ///< of the key in keys_
     };
 
-    Nulls NullsOf(const RowView& view) const;
-    void CheckEntry(const Waiting& entry, std::size_t row);
+    KeyNulls NullsOf(const RowView& view) const;
+    void CheckEntry(const Waiting& entry);
+    bool CheckRowWithoutEntry(RowPointer slot);
     void CheckKey(RowPointer slot, const RowView& view, ByteView key);
     std::optional<ByteVector> FetchLong(std::optional<ByteView> descriptor);
 
@@ -58,7 +52,7 @@ class IndexEntries {
     const RowList& rows_;
     RowReader reader_;
     std::vector<KeyColumn> columns_;
-    std::vector<bool> seen_;  ///< by row
+    std::vector<bool> seen_;  ///< by number of the slot
     std::vector<Waiting> waiting_;
     ByteVector keys_;
     ByteVector lastKey_;

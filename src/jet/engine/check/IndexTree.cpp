@@ -21,7 +21,7 @@ bool Less(ByteView a, ByteView b) {
 std::size_t EntryBytes(const IndexPageContent& page) {
     std::size_t bytes = 0;
     for (const ByteVector& entry : page.entries) {
-        bytes += entry.size() + sizeof entry;
+        bytes += entry.size() + sizeof(ByteVector);
     }
     return bytes;
 }
@@ -48,6 +48,17 @@ bool IndexTree::Walk(const EntryVisitor& visitor) {
     }
     CheckMap();
     return whole;
+}
+
+void IndexTree::Replay(const EntryVisitor& visitor) const {
+    for (const PageNumber number : reached_) {
+        const IndexPageContent page = ReadIndexPage(context_.pager.Read(number));
+        for (const ByteVector& entry : page.entries) {
+            if (page.leaf) {
+                visitor(entry);
+            }
+        }
+    }
 }
 
 void IndexTree::WalkPage(PageNumber number, unsigned depth, const Bound& low, const Bound& high) {
@@ -161,9 +172,10 @@ void IndexTree::CheckMap() {
     for (const PageNumber page : mapped) {
         context_.owners.Claim(page, owner);
     }
-    std::sort(reached_.begin(), reached_.end());
+    std::vector<PageNumber> reached = reached_;
+    std::ranges::sort(reached);
     std::vector<PageNumber> different;
-    std::set_symmetric_difference(mapped.begin(), mapped.end(), reached_.begin(), reached_.end(),
+    std::set_symmetric_difference(mapped.begin(), mapped.end(), reached.begin(), reached.end(),
                                   std::back_inserter(different));
     if (!different.empty()) {
         log_.Add(FindingKind::IndexMap, where_, {Number(different.front())});

@@ -23,6 +23,8 @@ class IndexTree {
     /// Walks the leaves from left to right and gives every entry, whole, to the visitor.  False when the tree
     /// could not be walked to its end, so that entries may be missing.
     bool Walk(const EntryVisitor& visitor);
+    /// Gives the entries that Walk has given once more; nothing is told.  REQUIRES: Walk has been called.
+    void Replay(const EntryVisitor& visitor) const;
 
   private:
     using Bound = std::optional<ByteVector>;
@@ -44,8 +46,8 @@ class IndexTree {
     PageNumber tablePage_;
     const RealIndex& index_;
     const EntryVisitor* visitor_ = nullptr;
-    std::vector<PageNumber> reached_;
-    std::size_t heldBytes_ = 0;  ///< of the entries of the nodes above the present page
+    std::vector<PageNumber> reached_;  ///< in the order of the walk
+    std::size_t heldBytes_ = 0;        ///< of the entries of the nodes above the present page
     unsigned rootLevel_ = 0;
     std::optional<unsigned> leafDepth_;
     bool depthsDiffer_ = false;

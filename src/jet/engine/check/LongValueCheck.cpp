@@ -116,7 +116,7 @@ void LongValueCheck::CheckChain(ByteView descriptor) {
         if (data.empty()) {
             context_.log.Add(FindingKind::LongRow, Where(), {PointerText(at)});
         }
-        compressed |= stored == 0 && data.size() >= 2 && data[0] == 0xFF && data[1] == 0xFE;
+        compressed |= stored == 0 && IsCompressed(data);
         stored += data.size();
         mark = 0;
         at = RowPointer::FromU32(U32(part->row, 0));

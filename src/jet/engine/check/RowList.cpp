@@ -1,32 +1,42 @@
 #include "jet/engine/check/RowList.h"
 
-#include <algorithm>
-
 #include "jet/storage/DataPage.h"
 
 namespace tavrel::jet::check {
 
-std::size_t RowList::Find(RowPointer slot, std::size_t near) const {
-    const std::uint32_t wanted = slot.ToU32();
-    std::size_t step = 1;
-    while (near + step < rows_.size() && rows_[near + step].slot <= wanted) {
-        near += step;
-        step *= 2;
+void RowList::Add(std::size_t slot) {
+    if (live_.empty()) {
+        live_.resize(slots_->Size());
     }
-    const auto from = rows_.begin() + static_cast<std::ptrdiff_t>(std::min(near, rows_.size()));
-    const auto to = rows_.begin() + static_cast<std::ptrdiff_t>(std::min(near + step, rows_.size()));
-    const auto found = std::lower_bound(
-        from, to, wanted, [](const Place& place, std::uint32_t value) { return place.slot < value; });
-    return found != rows_.end() && found->slot == wanted ? static_cast<std::size_t>(found - rows_.begin())
-                                                         : npos;
+    live_[slot] = true;
+    ++rows_;
 }
 
-ByteView RowReader::Read(RowPointer at) {
-    if (page_.empty() || number_ != at.page) {
-        page_.assign(1, pager_.Read(at.page));
-        number_ = at.page;
+void RowList::Spoil(std::size_t slot) {
+    spoiled_.resize(slots_->Size());
+    spoiled_[slot] = true;
+}
+
+std::size_t RowList::Find(RowPointer slot) const {
+    const std::size_t number = slots_->Find(slot);
+    return number != npos && Has(number) ? number : npos;
+}
+
+ByteView RowReader::Read(RowPointer slot) {
+    const Slot named = DataPageView(Fetch(page_, number_, slot.page)).At(slot.row);
+    if (named.flags != kSlotMoved) {
+        return named.row;
     }
-    return DataPageView(page_.front()).At(at.row).row;
+    const RowPointer at = RowPointer::FromU32(U32(named.row, 0));
+    return DataPageView(Fetch(moved_, movedNumber_, at.page)).At(at.row).row;
+}
+
+ByteView RowReader::Fetch(std::vector<PageRef>& page, PageNumber& number, PageNumber wanted) {
+    if (page.empty() || number != wanted) {
+        page.assign(1, pager_.Read(wanted));
+        number = wanted;
+    }
+    return page.front();
 }
 
 }  // namespace tavrel::jet::check

@@ -1,50 +1,57 @@
-// The live rows of a table: the slot that names each, and where its bytes lie.  Eight bytes a row.
+// The live rows of a table, by the slots that name them.  A bit a slot, two when rows cannot be read.
 #pragma once
 
-#include <cstddef>
 #include <vector>
 
+#include "jet/engine/check/SlotNumbers.h"
 #include "jet/storage/Pager.h"
 
 namespace tavrel::jet::check {
 
 class RowList {
   public:
-    static constexpr std::size_t npos = static_cast<std::size_t>(-1);
+    static constexpr std::size_t npos = SlotNumbers::npos;
 
-    /// REQUIRES: slots come in ascending order.
-    void Append(RowPointer slot, RowPointer at) { rows_.push_back({slot.ToU32(), at.ToU32()}); }
-    /// The last row appended cannot be read: it exists, but its values are not known.
-    void SpoilLast() { rows_.back().at = kSpoiled; }
+    /// `slots` must outlive this object and stay as they are.
+    explicit RowList(const SlotNumbers& slots) : slots_(&slots) {}
 
-    [[nodiscard]] std::size_t Size() const { return rows_.size(); }
-    [[nodiscard]] RowPointer Slot(std::size_t row) const { return RowPointer::FromU32(rows_[row].slot); }
-    [[nodiscard]] RowPointer At(std::size_t row) const { return RowPointer::FromU32(rows_[row].at); }
-    [[nodiscard]] bool IsReadable(std::size_t row) const { return rows_[row].at != kSpoiled; }
-    /// The row that a slot names, npos when there is none.  Quick when it lies not far behind `near`, a place
-    /// whose slot is not greater (0 will do).
-    [[nodiscard]] std::size_t Find(RowPointer slot, std::size_t near = 0) const;
+    /// A row that exists.  REQUIRES: `slot` has a number, of which none has been added yet.
+    void Add(std::size_t slot);
+    /// The row exists, but its values are not known.
+    void Spoil(std::size_t slot);
+
+    /// Rows added.
+    [[nodiscard]] std::size_t Size() const { return rows_; }
+    [[nodiscard]] bool AnySpoiled() const { return !spoiled_.empty(); }
+    [[nodiscard]] const SlotNumbers& Slots() const { return *slots_; }
+    /// The number of the row that a slot names, npos when there is none.
+    [[nodiscard]] std::size_t Find(RowPointer slot) const;
+    /// Both take any number of Slots().
+    [[nodiscard]] bool Has(std::size_t slot) const { return !live_.empty() && live_[slot]; }
+    [[nodiscard]] bool IsReadable(std::size_t slot) const { return spoiled_.empty() || !spoiled_[slot]; }
 
   private:
-    static constexpr std::uint32_t kSpoiled = 0;  ///< page 0 holds no rows
-    struct Place {
-        std::uint32_t slot;
-        std::uint32_t at;
-    };
-    std::vector<Place> rows_;
+    const SlotNumbers* slots_;
+    std::size_t rows_ = 0;
+    std::vector<bool> live_;     ///< by number; empty: none
+    std::vector<bool> spoiled_;  ///< likewise
 };
 
 /// Reads rows one by one; rows of the same page in a row cost one look-up.
 class RowReader {
   public:
     explicit RowReader(Pager& pager) : pager_(pager) {}
-    /// The bytes at a place, good until the next call.  Throws 3428.
-    ByteView Read(RowPointer at);
+    /// The bytes of the row that a slot names, wherever they lie; good until the next call.  Throws 3428.
+    ByteView Read(RowPointer slot);
 
   private:
+    ByteView Fetch(std::vector<PageRef>& page, PageNumber& number, PageNumber wanted);
+
     Pager& pager_;
     PageNumber number_ = 0;
-    std::vector<PageRef> page_;  ///< one at the most
+    PageNumber movedNumber_ = 0;
+    std::vector<PageRef> page_;   ///< one at the most
+    std::vector<PageRef> moved_;  ///< likewise: where the bytes of a moved row lie
 };
 
 }  // namespace tavrel::jet::check

@@ -1,73 +1,113 @@
 #include "jet/engine/check/RowScan.h"
 
-#include <algorithm>
-
 #include "jet/engine/check/Places.h"
 #include "jet/storage/DataPage.h"
 
 namespace tavrel::jet::check {
 
+namespace {
+/// Places of strange pointers that are kept.  No finding is told that often; further ones of a file that bad
+/// are passed over.
+constexpr std::size_t kStrangeLimit = std::size_t{1} << 16;
+}  // namespace
+
 RowList RowScan::Run(const Visitor& visitor) {
-    for (const PageNumber page : pages_) {
-        ScanPage(page, visitor);
+    for (std::size_t place = 0; place < slots_.Pages().size(); ++place) {
+        ScanPage(place, visitor);
     }
     CheckTargets();
     return std::move(rows_);
 }
 
-void RowScan::ScanPage(PageNumber number, const Visitor& visitor) {
-    const PageRef page = pager_.Read(number);
-    const DataPageView view(page);
+void RowScan::ScanPage(std::size_t place, const Visitor& visitor) {
+    const PageNumber page = slots_.Pages()[place];
+    const PageRef bytes = pager_.Read(page);
+    const DataPageView view(bytes);
     for (unsigned i = 0; i < view.SlotCount(); ++i) {
         const Slot slot = view.At(i);
-        const RowPointer name{number, static_cast<std::uint8_t>(i)};
+        const RowPointer name{page, static_cast<std::uint8_t>(i)};
+        const std::size_t number = slots_.First(place) + i;
         if (slot.flags == 0) {
-            Visit(name, name, slot.row, visitor);
+            Visit(name, number, slot.row, visitor);
         } else if (slot.flags == kSlotMoved) {
-            FollowPointer(name, slot.row, visitor);
+            FollowPointer(name, number, slot.row, visitor);
         } else if (slot.flags == kSlotHidden) {
-            hidden_.push_back(name);
+            ++hidden_;
         }
     }
 }
 
-void RowScan::FollowPointer(RowPointer slot, ByteView row, const Visitor& visitor) {
+void RowScan::FollowPointer(RowPointer slot, std::size_t number, ByteView row, const Visitor& visitor) {
     if (row.size() < 4) {
         log_.Add(FindingKind::RowPointerShort, RowPlaceText(table_, slot));
         return;
     }
     const RowPointer target = RowPointer::FromU32(U32(row, 0));
-    if (++pointers_[target.ToU32()] > 1) {
-        rows_.Append(slot, target);  // CheckTargets tells; the row is not examined again
-        rows_.SpoilLast();
+    if (!IsFirstPointer(target)) {
+        rows_.Add(number);  // CheckTargets tells; the row is not examined again
+        rows_.Spoil(number);
         return;
     }
-    if (std::binary_search(pages_.begin(), pages_.end(), target.page)) {
+    if (slots_.Find(target) != SlotNumbers::npos) {
         const PageRef page = pager_.Read(target.page);
-        const DataPageView view(page);
-        if (target.row < view.SlotCount() && view.At(target.row).flags == kSlotHidden) {
-            Visit(slot, target, view.At(target.row).row, visitor);
+        const Slot there = DataPageView(page).At(target.row);
+        if (there.flags == kSlotHidden) {
+            ++moved_;
+            Visit(slot, number, there.row, visitor);
             return;
         }
     }
     log_.Add(FindingKind::RowPointerTarget, RowPlaceText(table_, slot), {PointerText(target)});
 }
 
-void RowScan::Visit(RowPointer slot, RowPointer at, ByteView row, const Visitor& visitor) {
-    rows_.Append(slot, at);
+/// Counts the pointers that lead to a place.
+bool RowScan::IsFirstPointer(RowPointer target) {
+    const std::size_t number = slots_.Find(target);
+    if (target_.empty()) {
+        target_.resize(slots_.Size());
+    }
+    if (number != SlotNumbers::npos && !target_[number]) {
+        target_[number] = true;
+        return true;
+    }
+    if (strange_.size() == kStrangeLimit && !strange_.contains(target.ToU32())) {
+        return number == SlotNumbers::npos;
+    }
+    const bool first = ++strange_[target.ToU32()] == 1;
+    return first && number == SlotNumbers::npos;
+}
+
+void RowScan::Visit(RowPointer slot, std::size_t number, ByteView row, const Visitor& visitor) {
+    rows_.Add(number);
     bool readable = false;
     Guard(
         log_, FindingKind::RowDamaged, [&] { return RowPlaceText(table_, slot); },
         [&] { readable = visitor(slot, row); });
     if (!readable) {
-        rows_.SpoilLast();
+        rows_.Spoil(number);
     }
 }
 
 void RowScan::CheckTargets() {
-    for (const RowPointer slot : hidden_) {
-        const auto found = pointers_.find(slot.ToU32());
-        const std::uint32_t count = found == pointers_.end() ? 0 : found->second;
+    if (hidden_ == moved_ && strange_.empty()) {
+        return;
+    }
+    for (std::size_t place = 0; place < slots_.Pages().size(); ++place) {
+        CheckTargets(place);
+    }
+}
+
+void RowScan::CheckTargets(std::size_t place) {
+    const PageRef bytes = pager_.Read(slots_.Pages()[place]);
+    const DataPageView view(bytes);
+    for (unsigned i = 0; i < view.SlotCount(); ++i) {
+        if (view.At(i).flags != kSlotHidden) {
+            continue;
+        }
+        const RowPointer slot{slots_.Pages()[place], static_cast<std::uint8_t>(i)};
+        const auto others = strange_.find(slot.ToU32());
+        const std::uint32_t count = (!target_.empty() && target_[slots_.First(place) + i] ? 1 : 0) +
+                                    (others == strange_.end() ? 0 : others->second);
         if (count != 1) {
             log_.Add(FindingKind::MovedRow, RowPlaceText(table_, slot), {Number(count)});
         }

@@ -16,25 +16,31 @@ class RowScan {
     /// Gets a row's name and bytes; false: the row exists but cannot be read.
     using Visitor = std::function<bool(RowPointer slot, ByteView row)>;
 
-    /// `pages`: ascending, their row tables sound.  All of these must outlive the scan.
-    RowScan(Pager& pager, FindingLog& log, const std::string& table, const std::vector<PageNumber>& pages)
-        : pager_(pager), log_(log), table_(table), pages_(pages) {}
+    /// `slots`: of the pages whose row tables are sound.  All of these must outlive the scan, `slots` the
+    /// list of rows too.
+    RowScan(Pager& pager, FindingLog& log, const std::string& table, const SlotNumbers& slots)
+        : pager_(pager), log_(log), table_(table), slots_(slots), rows_(slots) {}
 
     RowList Run(const Visitor& visitor);
 
   private:
-    void ScanPage(PageNumber number, const Visitor& visitor);
-    void FollowPointer(RowPointer slot, ByteView row, const Visitor& visitor);
-    void Visit(RowPointer slot, RowPointer at, ByteView row, const Visitor& visitor);
+    void ScanPage(std::size_t place, const Visitor& visitor);
+    void FollowPointer(RowPointer slot, std::size_t number, ByteView row, const Visitor& visitor);
+    bool IsFirstPointer(RowPointer target);
+    void Visit(RowPointer slot, std::size_t number, ByteView row, const Visitor& visitor);
     void CheckTargets();
+    void CheckTargets(std::size_t place);
 
     Pager& pager_;
     FindingLog& log_;
     std::string table_;
-    const std::vector<PageNumber>& pages_;
+    const SlotNumbers& slots_;
     RowList rows_;
-    std::vector<RowPointer> hidden_;                             ///< slots that hold moved rows, ascending
-    std::unordered_map<std::uint32_t, std::uint32_t> pointers_;  ///< how many lead to each place
+    std::uint64_t hidden_ = 0;  ///< slots that hold moved rows
+    std::uint64_t moved_ = 0;   ///< of them those that a pointer has led to
+    std::vector<bool> target_;  ///< by number: a pointer leads there; empty: none yet
+    /// How many lead to places that have no number, or that others lead to as well: damage.
+    std::unordered_map<std::uint32_t, std::uint32_t> strange_;
 };
 
 }  // namespace tavrel::jet::check

@@ -18,15 +18,16 @@ SystemTable::SystemTable(Pager& pager, PageNumber definitionPage, std::uint32_t 
 
 void SystemTable::ForEach(const Visitor& visitor) {
     FindingLog unheard;
-    std::vector<PageNumber> pages;
+    SlotNumbers slots;
     for (const PageNumber page : ReadUsageMap(pager_, definition_.ownedMap).pages) {
         Guard(unheard, FindingKind::Unreadable, "", [&] {
-            if (CheckDataPage(unheard, pager_.Read(page), page, definition_.page)) {
-                pages.push_back(page);
+            const PageRef bytes = pager_.Read(page);
+            if (CheckDataPage(unheard, bytes, page, definition_.page)) {
+                slots.AddPage(page, DataPageView(bytes).SlotCount());
             }
         });
     }
-    RowScan(pager_, unheard, {}, pages).Run([&](RowPointer slot, ByteView row) {
+    RowScan(pager_, unheard, {}, slots).Run([&](RowPointer slot, ByteView row) {
         visitor(slot, Row(*this, row));
         return true;
     });

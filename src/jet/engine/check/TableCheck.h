@@ -6,6 +6,7 @@
 
 #include "jet/catalog/TableDefinition.h"
 #include "jet/engine/check/Context.h"
+#include "jet/engine/check/EntrySum.h"
 #include "jet/engine/check/LongValueCheck.h"
 #include "jet/engine/check/RowList.h"
 
@@ -18,10 +19,11 @@ class TableCheck {
     void Run();
 
   private:
-    std::vector<PageNumber> CheckPages();
+    void CheckPages();
     void CheckFreeSpace(const std::vector<PageNumber>& owned, const std::vector<PageNumber>& free);
     void ReadLongMaps();
-    RowList CheckRows(const std::vector<PageNumber>& pages);
+    RowList CheckRows();
+    void CheckIndexes(const RowList& rows);
     void CheckIndex(std::size_t real, const RowList& rows);
 
     Context& context_;
@@ -31,7 +33,9 @@ class TableCheck {
     const TableDefinition& table_;
     RowShape shape_;
     bool system_;
+    SlotNumbers slots_;  ///< of the pages whose rows can be read
     std::vector<LongValueCheck> longValues_;
+    std::vector<WantedEntries> wanted_;  ///< by index
 };
 
 }  // namespace tavrel::jet::check
