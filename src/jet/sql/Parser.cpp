@@ -130,6 +130,9 @@ void Parser::Fail(std::int32_t error) const {
     if (Peek().kind == TokenKind::OpenText) {
         FailInExpression(kStringSyntax);
     }
+    if (error == sqlErrors::kInExpression) {
+        FailInExpression(kMissingOperator);
+    }
     throw MakeError(error);
 }
 

@@ -257,6 +257,7 @@ TEST(Query, RefusesWithTheEnginesNumbers) {
         } catch (const Error& error) {
             EXPECT_EQ(error.Number(), refusal.number) << refusal.statement;
             EXPECT_EQ(AdoNumber(error), refusal.ado) << refusal.statement;
+            EXPECT_NE(FindErrorText(error.Number()), nullptr) << refusal.statement;
         }
     }
 }
