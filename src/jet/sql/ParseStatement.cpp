@@ -36,10 +36,14 @@ Statement Parser::ParseVerb() {
         return ParseCreate();
     }
     if (AcceptWord("ALTER")) {
-        return ParseAlter();
+        Statement statement = ParseAlter();
+        ExpectEnd(sqlErrors::kInAlterTable);
+        return statement;
     }
     if (AcceptWord("DROP")) {
-        return ParseDrop();
+        Statement statement = ParseDrop();
+        ExpectEnd(sqlErrors::kInDrop);
+        return statement;
     }
     if (AcceptWord("BEGIN")) {
         return ParseTransaction(TransactionStatement::Begin);
@@ -54,9 +58,10 @@ Statement Parser::ParseVerb() {
 }
 
 TransactionStatement Parser::ParseTransaction(TransactionStatement kind) {
-    if (!AcceptWord("TRANSACTION") && !AcceptWord("WORK") && !AtEnd() && !IsSymbol(";")) {
-        Fail(sqlErrors::kInTransaction);
+    if (!AcceptWord("TRANSACTION")) {
+        AcceptWord("WORK");
     }
+    ExpectEnd(sqlErrors::kInTransaction);
     return kind;
 }
 

@@ -90,6 +90,12 @@ void Parser::ExpectSymbol(std::string_view symbol, std::int32_t error) {
     }
 }
 
+void Parser::ExpectEnd(std::int32_t error) const {
+    if (!AtEnd() && !IsSymbol(";")) {
+        Fail(error);
+    }
+}
+
 std::string Parser::TakeName(std::int32_t error) {
     if (!IsName()) {
         Fail(error);

@@ -49,6 +49,8 @@ class Parser {
     bool AcceptSymbol(std::string_view symbol);
     void ExpectWord(std::string_view word, std::int32_t error);
     void ExpectSymbol(std::string_view symbol, std::int32_t error);
+    /// Nothing but a semicolon may follow.
+    void ExpectEnd(std::int32_t error) const;
     std::string TakeName(std::int32_t error);
     std::vector<std::string> TakeNames(std::int32_t error);
     std::int32_t TakeInteger(std::int32_t error);
