@@ -1,9 +1,19 @@
 #include "jet/sql/Parser.h"
 #include "jet/sql/SqlErrors.h"
+#include "text/Utf.h"
 
 namespace tavrel::jet::sql {
 
+namespace {
+
+constexpr std::size_t kMaxUnits = 64000;
+
+}  // namespace
+
 Statement ParseStatement(std::string_view statement) {
+    if (statement.size() > kMaxUnits && text::Utf16Length(statement) > kMaxUnits) {
+        throw MakeError(sqlErrors::kTooComplex);
+    }
     return Parser(statement).ParseOneStatement();
 }
 

@@ -11,7 +11,8 @@
 namespace tavrel::jet::sql {
 
 /// Parses one statement.  Throws 3129 for an unknown verb, the clause's own number (3131, 3134 …) or 3075 for
-/// mistakes, 3142 for what stands behind a semicolon, 3035 for nesting beyond reason.
+/// mistakes, 3142 for what stands behind a semicolon, 3035 for nesting beyond reason and for more than 64,000
+/// UTF-16 units.
 Statement ParseStatement(std::string_view statement);
 
 /// Parses a text that is an expression and nothing else, as defaults are.  Throws 3355.

@@ -195,6 +195,7 @@ TEST(Parser, RefusesBottomlessNesting) {
     EXPECT_EQ(Parsing(sum).first, 3035);
     EXPECT_EQ(Parsing(queries).first, 3035);
     EXPECT_EQ(Parsing(joins).first, 3035);
+    EXPECT_EQ(Parsing("SELECT '" + std::string(100000, 'x')).first, 3035);
 }
 
 }  // namespace
