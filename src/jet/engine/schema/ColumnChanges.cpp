@@ -250,14 +250,18 @@ bool SameBytes(const Column& old, const Column& fresh) {
 
 void AlterCounter(ChangedTable& table, Column& old, const Column& fresh,
                   const sql::ColumnDefinition& definition) {
-    if (fresh.Autonumber() && !old.Autonumber() && table.definition.rowCount > 0) {
+    const bool newCounter = fresh.Autonumber() && !old.Autonumber();
+    if (newCounter && table.definition.rowCount > 0) {
         throw MakeError(schemaErrors::kTableHoldsData);
+    }
+    if (newCounter && HasCounter(table.definition)) {
+        throw MakeError(definitionErrors::kTooManyAutonumbers);
     }
     old.flags = static_cast<std::uint8_t>(fresh.Autonumber() ? old.flags | columnFlags::kAutonumber
                                                              : old.flags & ~columnFlags::kAutonumber);
     if (!fresh.Autonumber()) {
         table.definition.autonumberStep = 1;
-    } else if (definition.seedGiven) {
+    } else if (definition.seedGiven || newCounter) {
         table.definition.lastAutonumber = static_cast<std::uint32_t>(definition.seed - definition.increment);
         table.definition.autonumberStep = static_cast<std::uint32_t>(definition.increment);
     }
