@@ -11,6 +11,7 @@ constexpr ErrorText kTable[] = {
     {5, "프로시저 호출 또는 인수가 잘못되었습니다.", "Invalid procedure call or argument"},
     {6, "오버플로입니다.", "Overflow"},
     {7, "메모리가 부족합니다.", "Out of memory"},
+    {11, "0으로 나누기 오류입니다.", "Division by zero"},
     {13, "형식이 일치하지 않습니다.", "Type mismatch"},
     {52, "파일 이름 또는 번호가 잘못되었습니다.", "Bad file name or number"},
     {53, "파일을 찾을 수 없습니다.", "File not found"},
@@ -117,6 +118,7 @@ constexpr ErrorText kTable[] = {
     {3131, "FROM 절의 구문 오류입니다.", "Syntax error in FROM clause."},
     {3134, "INSERT INTO 문의 구문 오류입니다.", "Syntax error in INSERT INTO statement."},
     {3135, "JOIN 연산의 구문 오류입니다.", "Syntax error in JOIN operation."},
+    {3138, "ORDER BY 절의 구문 오류입니다.", "Syntax error in ORDER BY clause."},
     {3141, "SELECT 문에 예약어가 있거나, 인수 이름의 철자가 틀렸거나 빠졌거나, 문장 부호가 잘못되었습니다.",
      "The SELECT statement includes a reserved word or an argument name that is misspelled or missing, or "
      "the punctuation is incorrect."},
@@ -166,8 +168,17 @@ constexpr ErrorText kTable[] = {
     {3291, "CREATE INDEX 문의 구문 오류입니다.", "Syntax error in CREATE INDEX statement."},
     {3292, "필드 정의의 구문 오류입니다.", "Syntax error in field definition."},
     {3293, "ALTER TABLE 문의 구문 오류입니다.", "Syntax error in ALTER TABLE statement."},
+    {3295, "DROP TABLE 또는 DROP INDEX의 구문 오류입니다.", "Syntax error in DROP TABLE or DROP INDEX."},
     {3303, "관계의 일부인 필드는 삭제할 수 없습니다.",
      "Cannot delete a field that is part of a relationship."},
+    {3306,
+     "하위 쿼리가 둘 이상의 필드를 반환할 수 있는데 EXISTS 예약어가 없습니다. 하위 쿼리의 SELECT 문이 필드를 "
+     "하나만 요청하도록 고치십시오.",
+     "You have written a subquery that can return more than one field without using the EXISTS reserved word "
+     "in the main query's FROM clause.  Revise the SELECT statement of the subquery to request only one "
+     "field."},
+    {3307, "통합 쿼리에서 선택한 두 테이블 또는 쿼리의 열 개수가 같지 않습니다.",
+     "The number of columns in the two selected tables or queries of a union query do not match."},
     {3314,
      "'|1' 필드의 Required 속성이 True이므로 Null 값이 들어갈 수 없습니다. 이 필드에 값을 입력하십시오.",
      "The field '|1' cannot contain a Null value because the Required property for this field is set to "
@@ -183,6 +194,8 @@ constexpr ErrorText kTable[] = {
     {3346, "쿼리 값의 개수와 대상 필드의 개수가 다릅니다.",
      "Number of query values and destination fields are not the same."},
     {3349, "숫자 필드 오버플로입니다.", "Numeric field overflow."},
+    {3354, "이 하위 쿼리는 레코드를 하나까지만 반환할 수 있습니다.",
+     "At most one record can be returned by this subquery."},
     {3355, "기본값의 구문 오류입니다.", "Syntax error in default value."},
     {3356,
      "컴퓨터 '|2'의 사용자 '|1'이(가) 이미 단독으로 연 데이터베이스를 열려고 했습니다. 데이터베이스를 사용할 "

@@ -1,5 +1,7 @@
 #include "cli/sql/RunStatements.h"
 
+#include <algorithm>
+
 #include "cli/Failure.h"
 #include "cli/Output.h"
 #include "cli/sql/StatementSplitter.h"
@@ -16,7 +18,9 @@ constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 /// Enough of a statement to recognise it, on one line.
 std::string Shortened(std::string_view statement) {
     constexpr std::size_t kCharacters = 200;
-    std::size_t at = statement.find_first_not_of(" \t\r\n");
+    constexpr const char* kBlanks = " \t\r\n";
+    statement = statement.substr(0, statement.find_last_not_of(kBlanks) + 1);
+    std::size_t at = std::min(statement.find_first_not_of(kBlanks), statement.size());
     const std::size_t first = at;
     for (std::size_t count = 0; at < statement.size() && count < kCharacters; ++count) {
         text::NextCodePoint(statement, at);

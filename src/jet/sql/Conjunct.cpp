@@ -69,8 +69,9 @@ class ConjunctMaker {
         const Expression& right = *expression.arguments[1];
         conjunct_.leftMask = MaskOf(left, &conjunct_.leftType);
         conjunct_.rightMask = MaskOf(right, &conjunct_.rightType);
-        conjunct_.joins = expression.op == BinaryOperator::Equal && conjunct_.leftMask != 0 &&
-                          conjunct_.rightMask != 0 && (conjunct_.leftMask & conjunct_.rightMask) == 0;
+        conjunct_.equality = expression.op == BinaryOperator::Equal;
+        conjunct_.joins = conjunct_.equality && conjunct_.leftMask != 0 && conjunct_.rightMask != 0 &&
+                          (conjunct_.leftMask & conjunct_.rightMask) == 0;
         AddTerm(left, RuleFor(expression.op, false), right, conjunct_.rightMask);
         AddTerm(right, RuleFor(expression.op, true), left, conjunct_.leftMask);
     }

@@ -21,7 +21,8 @@ struct Conjunct {
     NodePtr node;
     SourceMask mask = 0;  ///< the sources that it speaks of; 0: none of this scope
     std::vector<ColumnTerm> terms;
-    /// Two sides that must be equal, each speaking of other sources: keys of a join.
+    bool equality = false;  ///< two sides that must be equal
+    /// An equality of two sides that each speak of other sources: keys of a join.
     bool joins = false;
     SourceMask leftMask = 0, rightMask = 0;
     StaticType leftType, rightType;

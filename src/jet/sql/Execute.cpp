@@ -5,13 +5,10 @@
 #include "jet/sql/Defaults.h"
 #include "jet/sql/Parser.h"
 #include "jet/sql/SqlErrors.h"
-#include "text/Utf.h"
 
 namespace tavrel::jet::sql {
 
 namespace {
-
-constexpr std::size_t kMaxStatementUnits = 64000;
 
 class StreamedRows : public ResultSet {
   public:
@@ -166,9 +163,6 @@ class Executor {
 }  // namespace
 
 ExecuteResult Execute(std::string_view statement, Workspace& workspace) {
-    if (statement.size() > kMaxStatementUnits && text::Utf16Length(statement) > kMaxStatementUnits) {
-        throw MakeError(sqlErrors::kTooComplex);
-    }
     return std::visit(Executor(workspace), ParseStatement(statement));
 }
 

@@ -1,4 +1,5 @@
 // FORMAT: a subset that serves codes, amounts and days.  A date pattern is one that a Date meets.
+#include <algorithm>
 #include <cmath>
 
 #include "jet/engine/NumberConversion.h"
@@ -36,12 +37,39 @@ std::string DatePart(const DateParts& parts, char letter, std::size_t count) {
     }
 }
 
+/// A half of the day; hours count to twelve beside one.
+struct HalfDay {
+    std::string_view pattern, morning, afternoon;
+};
+constexpr HalfDay kHalfDays[] = {{"AM/PM", "AM", "PM"}, {"AMPM", "오전", "오후"}, {"A/P", "A", "P"}};
+
+const HalfDay* HalfDayAt(std::string_view rest) {
+    const auto* found = std::ranges::find_if(kHalfDays, [rest](const HalfDay& half) {
+        return text::EqualIgnoringCase(rest.substr(0, half.pattern.size()), half.pattern);
+    });
+    return found == std::end(kHalfDays) ? nullptr : found;
+}
+
+bool HasHalfDay(std::string_view pattern) {
+    while (!pattern.empty() && HalfDayAt(pattern) == nullptr) {
+        pattern.remove_prefix(1);
+    }
+    return !pattern.empty();
+}
+
 /// m behind an hour means minutes.
 std::string FormatDate(const Date& date, std::string_view pattern) {
-    const DateParts parts = PartsOf(date);
+    DateParts parts = PartsOf(date);
+    const bool afternoon = parts.hour >= 12;
+    parts.hour = HasHalfDay(pattern) ? (parts.hour + 11) % 12 + 1 : parts.hour;
     std::string out;
     char before = 0;
     for (std::size_t at = 0; at < pattern.size();) {
+        if (const HalfDay* half = HalfDayAt(pattern.substr(at))) {
+            out += afternoon ? half->afternoon : half->morning;
+            at += half->pattern.size();
+            continue;
+        }
         char letter =
             static_cast<char>(pattern[at] >= 'A' && pattern[at] <= 'Z' ? pattern[at] + 32 : pattern[at]);
         if (std::string_view("ymdhns").find(letter) == std::string_view::npos) {

@@ -1,4 +1,5 @@
 // Joins: nested loops, kept rows, equal keys.
+#include "jet/sql/KeyChains.h"
 #include "jet/sql/RowStore.h"
 #include "jet/sql/RowStream.h"
 
@@ -144,43 +145,29 @@ class HashJoinStream : public RowStream {
     }
 
   private:
-    static constexpr std::uint32_t kNone = KeyTable::kNone;
+    static constexpr std::uint32_t kNone = KeyChains::kNone;
 
     void Build() {
         keys_.Clear();
-        chains_.clear();
-        next_.clear();
         for (join_.build->Open(); join_.build->Next();) {
             const ByteView key = join_.buildKey.Write();
             const bool joins = !join_.buildKey.HadNull();
             if (!joins && !join_.keepBuild) {
                 continue;
             }
-            const auto row = static_cast<std::uint32_t>(built_.Size());
             built_.Append();
-            next_.push_back(kNone);
             if (joins) {
-                Chain(key, row);
+                keys_.Add(key);
+            } else {
+                keys_.AddWithoutKey();
             }
         }
         partnerFound_.assign(join_.keepBuild ? built_.Size() : 0, false);
     }
 
-    /// Rows of one key follow each other in the order in which they came.
-    void Chain(ByteView key, std::uint32_t row) {
-        const auto [number, isNew] = keys_.Insert(key);
-        if (isNew) {
-            chains_.push_back({row, row});
-        } else {
-            next_[chains_[number].last] = row;
-            chains_[number].last = row;
-        }
-    }
-
     void StartProbeRow() {
         const ByteView key = join_.probeKey.Write();
-        const std::uint32_t number = join_.probeKey.HadNull() ? kNone : keys_.Find(key);
-        candidate_ = number == kNone ? kNone : chains_[number].first;
+        candidate_ = join_.probeKey.HadNull() ? kNone : keys_.First(key);
         inProbeRow_ = true;
         matched_ = false;
     }
@@ -188,7 +175,7 @@ class HashJoinStream : public RowStream {
     bool NextPartner() {
         while (candidate_ != kNone) {
             const std::uint32_t row = candidate_;
-            candidate_ = next_[row];
+            candidate_ = keys_.Behind(row);
             context_.Visit();
             built_.Show(row);
             if (AllTrue(join_.conditions)) {
@@ -214,17 +201,11 @@ class HashJoinStream : public RowStream {
         return false;
     }
 
-    struct ChainEnds {
-        std::uint32_t first, last;
-    };
-
     Context& context_;
     HashJoin join_;
     RowStore built_;
     RowStore probeCells_;  ///< only to show Nulls
-    KeyTable keys_;
-    std::vector<ChainEnds> chains_;    ///< by key number
-    std::vector<std::uint32_t> next_;  ///< by row: the next one of the same key
+    KeyChains keys_;
     std::vector<bool> partnerFound_;
     std::uint32_t candidate_ = kNone;
     bool inProbeRow_ = false;

@@ -43,9 +43,7 @@ CreateTableStatement Parser::ParseCreateTable() {
         ParseTableElement(statement.table);
     } while (AcceptSymbol(","));
     ExpectSymbol(")", sqlErrors::kInCreateTable);
-    if (!AtEnd() && !IsSymbol(";")) {
-        Fail(sqlErrors::kInCreateTable);
-    }
+    ExpectEnd(sqlErrors::kInCreateTable);
     for (ForeignKeyDefinition& key : statement.table.foreignKeys) {
         key.relation.table = statement.table.name;
     }
@@ -250,9 +248,7 @@ CreateIndexStatement Parser::ParseCreateIndex(bool unique) {
     if (AcceptWord("WITH")) {
         ParseIndexOptions(statement.index);
     }
-    if (!AtEnd() && !IsSymbol(";")) {
-        Fail(sqlErrors::kInCreateIndex);
-    }
+    ExpectEnd(sqlErrors::kInCreateIndex);
     return statement;
 }
 

@@ -1,9 +1,19 @@
 #include "jet/sql/Parser.h"
 #include "jet/sql/SqlErrors.h"
+#include "text/Utf.h"
 
 namespace tavrel::jet::sql {
 
+namespace {
+
+constexpr std::size_t kMaxUnits = 64000;
+
+}  // namespace
+
 Statement ParseStatement(std::string_view statement) {
+    if (statement.size() > kMaxUnits && text::Utf16Length(statement) > kMaxUnits) {
+        throw MakeError(sqlErrors::kTooComplex);
+    }
     return Parser(statement).ParseOneStatement();
 }
 
@@ -36,10 +46,14 @@ Statement Parser::ParseVerb() {
         return ParseCreate();
     }
     if (AcceptWord("ALTER")) {
-        return ParseAlter();
+        Statement statement = ParseAlter();
+        ExpectEnd(sqlErrors::kInAlterTable);
+        return statement;
     }
     if (AcceptWord("DROP")) {
-        return ParseDrop();
+        Statement statement = ParseDrop();
+        ExpectEnd(sqlErrors::kInDrop);
+        return statement;
     }
     if (AcceptWord("BEGIN")) {
         return ParseTransaction(TransactionStatement::Begin);
@@ -54,9 +68,10 @@ Statement Parser::ParseVerb() {
 }
 
 TransactionStatement Parser::ParseTransaction(TransactionStatement kind) {
-    if (!AcceptWord("TRANSACTION") && !AcceptWord("WORK") && !AtEnd() && !IsSymbol(";")) {
-        Fail(sqlErrors::kInTransaction);
+    if (!AcceptWord("TRANSACTION")) {
+        AcceptWord("WORK");
     }
+    ExpectEnd(sqlErrors::kInTransaction);
     return kind;
 }
 

@@ -90,6 +90,12 @@ void Parser::ExpectSymbol(std::string_view symbol, std::int32_t error) {
     }
 }
 
+void Parser::ExpectEnd(std::int32_t error) const {
+    if (!AtEnd() && !IsSymbol(";")) {
+        Fail(error);
+    }
+}
+
 std::string Parser::TakeName(std::int32_t error) {
     if (!IsName()) {
         Fail(error);
@@ -129,6 +135,9 @@ std::string_view Parser::SourceFrom(std::size_t firstToken) const {
 void Parser::Fail(std::int32_t error) const {
     if (Peek().kind == TokenKind::OpenText) {
         FailInExpression(kStringSyntax);
+    }
+    if (error == sqlErrors::kInExpression) {
+        FailInExpression(kMissingOperator);
     }
     throw MakeError(error);
 }

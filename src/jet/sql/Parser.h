@@ -11,7 +11,8 @@
 namespace tavrel::jet::sql {
 
 /// Parses one statement.  Throws 3129 for an unknown verb, the clause's own number (3131, 3134 …) or 3075 for
-/// mistakes, 3142 for what stands behind a semicolon, 3035 for nesting beyond reason.
+/// mistakes, 3142 for what stands behind a semicolon, 3035 for nesting beyond reason and for more than 64,000
+/// UTF-16 units.
 Statement ParseStatement(std::string_view statement);
 
 /// Parses a text that is an expression and nothing else, as defaults are.  Throws 3355.
@@ -49,6 +50,8 @@ class Parser {
     bool AcceptSymbol(std::string_view symbol);
     void ExpectWord(std::string_view word, std::int32_t error);
     void ExpectSymbol(std::string_view symbol, std::int32_t error);
+    /// Nothing but a semicolon may follow.
+    void ExpectEnd(std::int32_t error) const;
     std::string TakeName(std::int32_t error);
     std::vector<std::string> TakeNames(std::int32_t error);
     std::int32_t TakeInteger(std::int32_t error);

@@ -271,7 +271,29 @@ void Planner::Read(Unit& unit) {
     IndexChoice choice = ChooseIndex(binder_, unit.source, unit.conditions, 0);
     Conjuncts conditions = std::exchange(unit.conditions, {});
     unit.rows = choice.found ? LookUp(unit.source, std::move(choice.lookup), std::move(conditions))
-                             : MakeTableScan(GetContext(), source, NodesOf(std::move(conditions)));
+                             : ScanByKey(source, unit.mask, std::move(conditions));
+}
+
+/// A correlated query is opened for row after row of the outer one: equalities with what that row holds
+/// become keys.
+RowStreamPtr Planner::ScanByKey(Source& source, SourceMask mask, Conjuncts conditions) {
+    const TextComparer& texts = GetContext().Texts();
+    KeyedRows wanted{KeyWriter(texts), KeyWriter(texts), {}};
+    for (const Conjunct& condition : conditions) {
+        const bool left = condition.leftMask == mask && condition.rightMask == 0;
+        const bool right = condition.rightMask == mask && condition.leftMask == 0;
+        if (binder_.GetScope().reachedOut && condition.equality && left != right) {
+            const KeyMode mode = KeyModeOf(condition.leftType, condition.rightType);
+            wanted.key.Add(binder_.Bind(*condition.expression->arguments[left ? 0 : 1]), mode);
+            wanted.sought.Add(binder_.Bind(*condition.expression->arguments[left ? 1 : 0]), mode);
+        }
+    }
+    binder_.TakeMask();
+    if (wanted.key.Empty()) {
+        return MakeTableScan(GetContext(), source, NodesOf(std::move(conditions)));
+    }
+    wanted.filters = NodesOf(std::move(conditions));
+    return MakeKeyedScan(GetContext(), source, std::move(wanted));
 }
 
 void Planner::Estimate(Unit& unit) {

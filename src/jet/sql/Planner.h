@@ -44,6 +44,7 @@ class Planner {
     RowStreamPtr Loop(Unit outer, Unit inner, Conjuncts conditions, bool keepOuter);
 
     void Read(Unit& unit);
+    RowStreamPtr ScanByKey(Source& source, SourceMask mask, Conjuncts conditions);
     void Estimate(Unit& unit);
     [[nodiscard]] std::vector<Source*> SourcesOf(SourceMask mask) const;
     RowStreamPtr LookUp(std::size_t source, IndexLookup lookup, Conjuncts conditions);

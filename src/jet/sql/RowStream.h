@@ -24,6 +24,14 @@ RowStreamPtr MakeSingleRow();
 
 /// Rows for which every filter is true.
 RowStreamPtr MakeTableScan(Context& context, Source& source, NodeList filters);
+/// Rows of a table that have the key sought, in a query that is opened many times while the table stays as it
+/// is: the table is read twice at most.
+struct KeyedRows {
+    KeyWriter key;     ///< of a row
+    KeyWriter sought;  ///< evaluated at Open; speaks of other sources only
+    NodeList filters;  ///< all conditions, those that the keys stand for among them
+};
+RowStreamPtr MakeKeyedScan(Context& context, Source& source, KeyedRows wanted);
 RowStreamPtr MakeQueryScan(Context& context, Source& source, NodeList filters);
 RowStreamPtr MakeFilter(RowStreamPtr rows, NodeList filters);
 /// The conditions speak of no source: they are tested once, and nothing is read when one is not true.

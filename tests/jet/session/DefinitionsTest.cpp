@@ -234,6 +234,12 @@ TEST(SchemaDefinitions, CountersCountOn) {
     bench.Run("INSERT INTO s (a) VALUES (1)");
     bench.Run("INSERT INTO s (a) VALUES (1)");
     EXPECT_EQ(bench.Run("SELECT id FROM s"), "10;12");
+    bench.Run("DELETE FROM s");
+    EXPECT_EQ(bench.Failure("ALTER TABLE s ALTER COLUMN a COUNTER"), 3090);
+    bench.Run("ALTER TABLE s ALTER COLUMN id LONG");
+    bench.Run("ALTER TABLE s ALTER COLUMN a COUNTER");
+    bench.Run("INSERT INTO s (id) VALUES (7)");
+    EXPECT_EQ(bench.Run("SELECT a FROM s"), "1");
     // A step other than 1 is worth a note to the check, but no error.
     EXPECT_EQ(jet::CheckDatabase(bench.File()).Count(jet::Finding::Severity::Error), 0U);
 }

@@ -106,6 +106,27 @@ TEST(Refusals, HaveTheirNumberAndLeaveTheFileAsItWas) {
     EXPECT_EQ(bench.AllFindings(), "");
 }
 
+TEST(Refusals, ColumnsOfLooseRelationsStay) {
+    TemporaryFolder folder;
+    DatabaseBuilder builder(folder.File("loose.mdb"));
+    builder.Add(Table("p").Long("id").Long("x"));
+    builder.Add(Table("c").Long("pid").Long("x"));
+    builder.Relate({.name = "loose",
+                    .table = "c",
+                    .referencedTable = "p",
+                    .columns = {"pid"},
+                    .referencedColumns = {"id"},
+                    .enforced = false});
+    const std::string path = builder.Finish();
+    SessionBench bench(jet::EditSession::Open(path, {}), path);
+    EXPECT_EQ(bench.Failure("ALTER TABLE c DROP COLUMN PID"), 3303);
+    EXPECT_EQ(bench.Failure("ALTER TABLE p DROP COLUMN id"), 3303);
+    bench.Run("ALTER TABLE p DROP COLUMN x");
+    bench.Run("ALTER TABLE c DROP CONSTRAINT loose");
+    bench.Run("ALTER TABLE c DROP COLUMN pid");
+    EXPECT_EQ(bench.AllFindings(), "");
+}
+
 TEST(Refusals, TablesHaveTheirLimits) {
     SessionBench bench;
     bench.Run("CREATE TABLE p (id LONG CONSTRAINT pk PRIMARY KEY)");

@@ -141,6 +141,8 @@ TEST(Parser, NumbersMistakesByTheirClause) {
         {"CREATE TABLE t (a LONG REFERENCES u ON DELETE CASCADE ON DELETE CASCADE)", 3289},
         {"CREATE INDEX i t(a)", 3291},
         {"ALTER TABLE t RENAME a", 3293},
+        {"ALTER TABLE t ADD COLUMN a LONG, b LONG", 3293},
+        {"DROP TABLE t, u", 3295},
         {"BEGIN TRANS", 3708},
         {"SELECT * FROM t WHERE d = #2024-13-45#", 3075},
     };
@@ -194,6 +196,7 @@ TEST(Parser, RefusesBottomlessNesting) {
     EXPECT_EQ(Parsing(sum).first, 3035);
     EXPECT_EQ(Parsing(queries).first, 3035);
     EXPECT_EQ(Parsing(joins).first, 3035);
+    EXPECT_EQ(Parsing("SELECT '" + std::string(100000, 'x')).first, 3035);
 }
 
 }  // namespace

@@ -81,6 +81,18 @@ TEST_F(Plans, JoinWithoutNestedScans) {
               40U);
 }
 
+TEST_F(Plans, OpenCorrelatedQueriesWithoutNestedScans) {
+    database.workspace.maxRowVisits = 20000;
+    EXPECT_LE(Reads("SELECT COUNT(*) FROM big AS a WHERE EXISTS (SELECT * FROM big AS b WHERE b.when_ = "
+                    "a.when_ AND b.id >= a.id)",
+                    "2000"),
+              6000U);
+    EXPECT_LE(Reads("SELECT COUNT(*) FROM small AS a WHERE a.id IN (SELECT b.grp FROM big AS b WHERE 'T' & "
+                    "b.id = a.title)",
+                    "40"),
+              4000U);
+}
+
 TEST_F(Plans, KeepTheTopOfManyRowsAndItsEquals) {
     Reads("SELECT TOP 3 big.id, small.id FROM big, small ORDER BY big.id DESC, small.id",
           "1999|0;1999|1;1999|2");

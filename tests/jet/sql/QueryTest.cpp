@@ -93,8 +93,9 @@ INSTANTIATE_TEST_SUITE_P(
                "5|-3|-2|2|4|1.2|-1"},
         Answer{"SELECT IIF(1 = 1, 'y', 1/0), NZ(NULL, 3), NZ('a', 'b'), ISNULL(NULL)", "y|3|a|-1"},
         Answer{"SELECT FORMAT(7, '0000'), FORMAT(1234567.891, '#,##0.00'), FORMAT(0.5, '0%'), FORMAT(-0.001, "
-               "'0.0'), FORMAT(#2024-03-04 05:06:07#, 'yyyy/mm/dd hh:mm:ss')",
-               "0007|1,234,567.89|50%|0.0|2024/03/04 05:06:07"},
+               "'0.0'), FORMAT(#2024-03-04 05:06:07#, 'yyyy/mm/dd hh:mm:ss'), FORMAT(#15:06#, 'AMPM hh:mm'),"
+               " FORMAT(#0:06#, 'h:nn am/pm')",
+               "0007|1,234,567.89|50%|0.0|2024/03/04 05:06:07|오후 03:06|12:06 AM"},
         Answer{"SELECT NOW(), DATE(), TIME(), YEAR(#2024-03-04#), MONTH('2024-03-04'), DAY(#2024-03-04#)",
                "2023-03-15 12:00:00|2023-03-15|12:00:00|2024|3|4"},
         Answer{"SELECT #2024-01-31# + 1, #2024-01-02# - #2024-01-01#, CDATE('2024-01-02')",
@@ -259,6 +260,7 @@ TEST(Query, RefusesWithTheEnginesNumbers) {
         } catch (const Error& error) {
             EXPECT_EQ(error.Number(), refusal.number) << refusal.statement;
             EXPECT_EQ(AdoNumber(error), refusal.ado) << refusal.statement;
+            EXPECT_NE(FindErrorText(error.Number()), nullptr) << refusal.statement;
         }
     }
 }

@@ -8,6 +8,7 @@
 #include "jet/engine/schema/SchemaErrors.h"
 #include "jet/sql/Assignment.h"
 #include "jet/storage/TextCoding.h"
+#include "text/Case.h"
 #include "text/Utf.h"
 
 namespace tavrel::jet {
@@ -249,14 +250,18 @@ bool SameBytes(const Column& old, const Column& fresh) {
 
 void AlterCounter(ChangedTable& table, Column& old, const Column& fresh,
                   const sql::ColumnDefinition& definition) {
-    if (fresh.Autonumber() && !old.Autonumber() && table.definition.rowCount > 0) {
+    const bool newCounter = fresh.Autonumber() && !old.Autonumber();
+    if (newCounter && table.definition.rowCount > 0) {
         throw MakeError(schemaErrors::kTableHoldsData);
+    }
+    if (newCounter && HasCounter(table.definition)) {
+        throw MakeError(definitionErrors::kTooManyAutonumbers);
     }
     old.flags = static_cast<std::uint8_t>(fresh.Autonumber() ? old.flags | columnFlags::kAutonumber
                                                              : old.flags & ~columnFlags::kAutonumber);
     if (!fresh.Autonumber()) {
         table.definition.autonumberStep = 1;
-    } else if (definition.seedGiven) {
+    } else if (definition.seedGiven || newCounter) {
         table.definition.lastAutonumber = static_cast<std::uint32_t>(definition.seed - definition.increment);
         table.definition.autonumberStep = static_cast<std::uint32_t>(definition.increment);
     }
@@ -309,9 +314,28 @@ void AlterColumnOf(SchemaContext& context, ChangedTable& table, const sql::Colum
     }
 }
 
+namespace {
+
+bool Names(const std::vector<std::string>& columns, const std::string& column) {
+    return std::ranges::any_of(
+        columns, [&](const std::string& name) { return text::EqualIgnoringCase(name, column); });
+}
+
+/// Relations that are not enforced have no index to tell of them.
+bool IsNamedByRelation(SchemaContext& context, const std::string& table, const std::string& column) {
+    return std::ranges::any_of(context.File().Relations(), [&](const RelationInfo& relation) {
+        return (text::EqualIgnoringCase(relation.table, table) && Names(relation.columns, column)) ||
+               (text::EqualIgnoringCase(relation.referencedTable, table) &&
+                Names(relation.referencedColumns, column));
+    });
+}
+
+}  // namespace
+
 void DropColumnOf(SchemaContext& context, ChangedTable& table, std::size_t place) {
     const Column column = table.definition.columns[place];
-    if (IsInRelation(table.definition, column.number)) {
+    if (IsInRelation(table.definition, column.number) ||
+        IsNamedByRelation(context, table.object.name, column.name)) {
         throw MakeError(schemaErrors::kColumnInRelation, {column.name});
     }
     for (const RealIndex& index : table.definition.realIndexes) {
