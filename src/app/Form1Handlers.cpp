@@ -130,12 +130,12 @@ void Form1::cmdCompact_Click(int index) {
 
 void Form1::ShowGridMenu(const QPoint& place) {
     GridView& view = controls_.Grid();
-    const bool filled = grid_.RowCount() > 0;
-    const auto menu = MakeGridMenu(view, filled,
-                                   {.copy = [&view] { view.CopySelection(); },
-                                    .selectAll = [&view] { view.selectAll(); },
-                                    .save = [this](const ReportFormatLine& format) { SaveListing(format); }});
-    menu->exec(place);
+    GridMenuActions actions = {
+        .copy = [&view] { view.CopySelection(); }, .selectAll = [&view] { view.selectAll(); }, .save = {}};
+    if (run_.IsListed()) {
+        actions.save = [this](const ReportFormatLine& format) { SaveListing(format); };
+    }
+    MakeGridMenu(view, grid_.RowCount() > 0, actions)->exec(place);
 }
 
 void Form1::SaveListing(const ReportFormatLine& format) {

@@ -21,11 +21,13 @@ std::unique_ptr<QMenu> MakeGridMenu(QWidget& parent, bool filled, const GridMenu
     AddEdit(*menu, "복사", QKeySequence::Copy, actions.copy);
     AddEdit(*menu, "모두 선택", QKeySequence::SelectAll, actions.selectAll);
     menu->addSeparator();
-    for (const ReportFormatLine& format : ReportFormats()) {
-        menu->addAction(QString::fromUtf8(format.command), [save = actions.save, &format] { save(format); });
-    }
     for (QAction* action : menu->actions()) {
         action->setEnabled(filled);
+    }
+    for (const ReportFormatLine& format : ReportFormats()) {
+        QAction* added = menu->addAction(QString::fromUtf8(format.command),
+                                         [save = actions.save, &format] { save(format); });
+        added->setEnabled(filled && actions.save);
     }
     return menu;
 }

@@ -13,7 +13,7 @@ namespace tavrel::app {
 struct GridMenuActions {
     std::function<void()> copy;
     std::function<void()> selectAll;
-    std::function<void(const ReportFormatLine&)> save;
+    std::function<void(const ReportFormatLine&)> save;  ///< empty: what is listed cannot be saved
 };
 
 /// Copying and selecting, saving in every format.  `filled`: there is a listing to work on.

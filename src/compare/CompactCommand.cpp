@@ -3,7 +3,6 @@
 #include "compare/CompactSwap.h"
 #include "db/DBEngine.h"
 #include "db/ErrorMessage.h"
-#include "platform/FileSystem.h"
 
 namespace tavrel::compare {
 
@@ -40,9 +39,7 @@ bool Confirmed(platform::MessageBox& messages) {
 
 /// True when the database has been replaced by its compacted form.
 bool Compact(const std::string& path, const std::string& temporary, platform::Pointer& pointer) {
-    if (platform::FileExists(temporary)) {
-        platform::DeleteFileIfThere(temporary);
-    }
+    DeleteLeftover(temporary, path);
     const Hourglass hourglass(pointer);
     db::DBEngine::Instance().CompactDatabase(path, temporary, {}, {}, kConnect);
     return ReplaceByCompacted(temporary, path);

@@ -22,15 +22,27 @@ std::string CompactTempName(const std::string& path) {
     return name.append(path, from);
 }
 
+void DeleteLeftover(const std::string& compacted, const std::string& database) {
+    if (!platform::FileExists(compacted)) {
+        return;
+    }
+    try {
+        platform::OpenFile(database, platform::FileAccess::Read);
+    } catch (const Error&) {
+        return;  // as the compaction will say
+    }
+    platform::DeleteFileIfThere(compacted);
+}
+
 bool ReplaceByCompacted(const std::string& compacted, const std::string& database) {
     if (!platform::FileExists(compacted) || platform::FileSize(compacted) == 0) {
         return false;
     }
-    // Nobody else has the file open, and it may be written.
-    platform::OpenFile(database, platform::FileAccess::ReadWrite);
     // A link keeps leading to the database that it leads to.
     const std::string target = platform::FollowLinks(database);
     platform::CopyPermissions(target, compacted);
+    // Nobody else has the file open, and it may be written.
+    platform::OpenFile(database, platform::FileAccess::ReadWrite);
     platform::ReplaceFile(compacted, target);
     return true;
 }

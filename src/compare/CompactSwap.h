@@ -10,6 +10,10 @@ namespace tavrel::compare {
 /// written, deleted or renamed.
 std::string CompactTempName(const std::string& path);
 
+/// Deletes what an earlier attempt has left at `compacted`.  Not when the database cannot be opened: whoever
+/// has it open may be that attempt, still at work.
+void DeleteLeftover(const std::string& compacted, const std::string& database);
+
 /// Puts the file at `compacted` in the place of the database, in one step, so that whatever happens one of
 /// the two is there whole.  False, and nothing done, when there is no such file or it is empty.  Throws Error
 /// when somebody has the database open, or when it may not be written; both files stay then.

@@ -47,7 +47,6 @@ class BusyState {
 
 void CompareRun::cmdComp_Click() {
     outcome_ = RunOutcome::Stopped;
-    differences_ = 0;
     procedure_ = "cmdComp_Click";
     try {
         if (!PathIsGood(0) || !PathIsGood(1)) {
@@ -82,6 +81,7 @@ bool CompareRun::PrepareCopies(std::string& pathA, std::string& pathB) {
 
 void CompareRun::SnapshotAndCompare(const std::string& pathA, const std::string& pathB) {
     const BusyState busy(controls_);
+    listed_ = false;
     const SnapshotTarget target = TargetOf(controls_);
     platform::ProgressBar& overall = *controls_.ProgressBar1[1];
     procedure_ = "LoadSchemaSnapshot";
@@ -97,6 +97,7 @@ void CompareRun::SnapshotAndCompare(const std::string& pathA, const std::string&
     overall.Advance();
     procedure_ = "CompareSnapshots";
     differences_ = CompareSnapshots(controls_);
+    listed_ = true;
     outcome_ = differences_ == 0 ? RunOutcome::Equal : RunOutcome::Different;
 }
 

@@ -34,7 +34,10 @@ class CompareRun {
 
     /// Of the last run.
     [[nodiscard]] RunOutcome Outcome() const { return outcome_; }
-    /// Rows marked by the last run.
+    /// The grid was filled by a run that went through.  One that stopped before it touched the grid leaves
+    /// that as it is, one that stopped later leaves half a listing.
+    [[nodiscard]] bool IsListed() const { return listed_; }
+    /// Rows marked by the run that filled the grid.  REQUIRES IsListed().
     [[nodiscard]] int Differences() const { return differences_; }
 
   private:
@@ -46,6 +49,7 @@ class CompareRun {
     WorkingCopies* copies_;
     const char* procedure_ = "";  ///< at work, to be named when it fails
     RunOutcome outcome_ = RunOutcome::Stopped;
+    bool listed_ = false;
     int differences_ = 0;
 };
 

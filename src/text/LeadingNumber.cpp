@@ -9,9 +9,6 @@ namespace {
 
 constexpr std::int32_t kOverflow = 6;
 
-bool IsDigit(char c) {
-    return c >= '0' && c <= '9';
-}
 bool IsSign(char c) {
     return c == '+' || c == '-';
 }

@@ -6,6 +6,11 @@
 
 namespace tavrel::text {
 
+/// A decimal digit, whatever the locale.
+inline bool IsDigit(char c) {
+    return c >= '0' && c <= '9';
+}
+
 /// The number with which a text begins: leading blanks are skipped, the longest decimal number is taken
 /// (sign, digits with one point, exponent with E or D), what follows is ignored; 0 when there is none. Throws
 /// Error 6 when it is too large for a double.

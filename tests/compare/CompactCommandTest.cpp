@@ -148,9 +148,9 @@ TEST_F(CompactCommandTest, FailuresLeaveTheDatabase) {
          [](const std::string& path) {
              const std::string lock = path.substr(0, path.size() - 3) + "ldb";
              std::ofstream(lock) << std::string(64, 'x');
-             return std::shared_ptr<void>(platform::OpenFile(lock, platform::FileAccess::Read));
+             return std::shared_ptr<void>(platform::OpenFile(lock, platform::FileAccess::ReadWrite));
          },
-         "Error 3704 ("},
+         "Error 3704 (컴퓨터 'xxxx"},
         {"no database", "e.mdb", "kq5183",
          [](const std::string& path) {
              std::ofstream(path) << "text";

@@ -164,6 +164,22 @@ TEST(CompareRun, EndsWithItsMessageWhenASideCannotBeOpened) {
     }
 }
 
+TEST(CompareRun, KnowsWhetherTheGridHoldsAComparison) {
+    const testing::TemporaryFolder folder;
+    MakeShop(folder.File("shop.mdb"));
+    std::ofstream(folder.File("text.mdb")) << std::string(5000, 'x');
+    FakeWindow window;
+    window.paths[0].text = folder.File("shop.mdb");
+    window.tables[0].text = "Orders";
+    CompareRun run(window.controls);
+    for (const std::string b : {"shop.mdb", "missing.mdb", "text.mdb"}) {
+        window.paths[1].text = folder.File(b);
+        run.cmdComp_Click();
+        EXPECT_EQ(run.IsListed(), b != "text.mdb") << b;
+        EXPECT_TRUE(!run.IsListed() || run.Differences() > 0) << b;
+    }
+}
+
 TEST(CompareRun, EndsInOneMessageWhenADatabaseCannotBeRead) {
     const testing::TemporaryFolder folder;
     const std::string path = folder.File("shop.mdb");

@@ -70,7 +70,7 @@ std::string Brief(const grid::ResultGrid& grid, int row) {
     return side(0) + "|" + std::string(grid.Text(12, row)) + "|" + side(12);
 }
 
-class NamedComparison : public testing::TestWithParam<NamedCase> {};
+class NamedComparison : public ::testing::TestWithParam<NamedCase> {};
 
 TEST_P(NamedComparison, Holds) {
     const NamedCase& named = GetParam();
@@ -97,7 +97,7 @@ const SideRows kInvoices = RowsOf({"invoices.a", "invoices.c", "invoices.d"});
 
 INSTANTIATE_TEST_SUITE_P(
     Cases, NamedComparison,
-    testing::Values(
+    ::testing::Values(
         NamedCase{"Identical",
                   kAbc,
                   kAbc,

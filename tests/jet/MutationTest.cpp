@@ -44,6 +44,7 @@ long PeakKilobytes() {
 struct Source {
     const char* file;
     std::uint32_t mutations;
+    friend void PrintTo(const Source& it, std::ostream* out) { *out << it.file; }
 };
 
 FileBytes ReadFile(const std::filesystem::path& path) {

@@ -1,6 +1,7 @@
 #include "support/MemoryTables.h"
 
 #include <algorithm>
+#include <cctype>
 
 #include "jet/sql/Values.h"
 #include "text/Case.h"
@@ -368,6 +369,12 @@ void MemoryDatabase::BeginStatement() {
 
 void MemoryDatabase::UndoStatement() noexcept {
     tables_ = std::move(saved_);
+}
+
+std::string Words(std::string statement) {
+    std::erase_if(statement,
+                  [](char c) { return c != ' ' && std::isalnum(static_cast<unsigned char>(c)) == 0; });
+    return statement;
 }
 
 std::string Shown(const Value& value) {

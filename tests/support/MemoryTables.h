@@ -86,5 +86,7 @@ class MemoryDatabase : public jet::sql::Tables,
 
 /// A value as Run shows it.
 std::string Shown(const jet::Value& value);
+/// A statement as the name of a case: what test runners may trip over is left out.
+std::string Words(std::string statement);
 
 }  // namespace tavrel::test

@@ -15,7 +15,7 @@ namespace tavrel::app {
 namespace {
 
 constexpr int kTextMargin = 3;
-constexpr int kRowMargin = 7;
+constexpr int kHeaderMargin = 7;
 
 bool Covers(const grid::JoinedCells& join, int column, int row) {
     return column >= join.column && column < join.column + join.columns && row >= join.row &&
@@ -33,7 +33,7 @@ GridHeader::GridHeader(const grid::ResultGrid& grid, QWidget* parent)
 }
 
 int GridHeader::RowHeight() const {
-    return fontMetrics().height() + kRowMargin;
+    return fontMetrics().height() + kHeaderMargin;
 }
 
 QSize GridHeader::sizeHint() const {

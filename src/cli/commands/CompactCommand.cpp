@@ -91,9 +91,7 @@ class CompactCommand : public Command {
     }
 
     jet::CompactReport Compact(const std::string& temporary) {
-        if (platform::FileExists(temporary)) {
-            platform::DeleteFileIfThere(temporary);
-        }
+        compare::DeleteLeftover(temporary, file_);
         CompactProgress progress;
         return jet::CompactDatabase(
             file_, temporary,
@@ -124,7 +122,7 @@ class CompactCommand : public Command {
                     << "개\n";
             }
         }
-        out << report.bytesBefore << "바이트에서 " << report.bytesAfter << "바이트로 줄었습니다.\n";
+        out << "크기: " << report.bytesBefore << "바이트 → " << report.bytesAfter << "바이트\n";
     }
 
     std::string file_;

@@ -8,12 +8,6 @@ namespace {
 using jet::ColumnType;
 using namespace std::string_literals;
 
-constexpr jet::Null kNull;
-
-jet::Value Won(std::int64_t amount) {
-    return jet::Currency{amount * 10000};
-}
-
 }  // namespace
 
 // One field in the middle is in A only; size, required and zero length differ; the index on the name is gone

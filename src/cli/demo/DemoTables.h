@@ -10,6 +10,13 @@
 
 namespace tavrel::cli {
 
+inline constexpr jet::Null kNull;
+
+/// An amount of money in whole won.
+inline jet::Value Won(std::int64_t amount) {
+    return jet::Currency{amount * 10000};
+}
+
 /// Which of the two databases something is in.
 enum class In { Both, A, B };
 

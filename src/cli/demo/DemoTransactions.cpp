@@ -8,12 +8,6 @@ namespace {
 using jet::ColumnType;
 using namespace std::string_literals;
 
-constexpr jet::Null kNull;
-
-jet::Value Won(std::int64_t amount) {
-    return jet::Currency{amount * 10000};
-}
-
 jet::Value Number(std::int64_t value) {
     return value;
 }

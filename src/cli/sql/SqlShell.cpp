@@ -15,7 +15,7 @@ namespace {
 
 constexpr const char* kPrompt = "sql> ";
 constexpr const char* kOpenPrompt = "...> ";
-constexpr const char* kBlanks = " \t;";
+constexpr const char* kAroundCommands = " \t;";
 
 /// A progress bar that nobody sees.
 class NoProgress : public platform::ProgressBar {
@@ -30,9 +30,10 @@ class NoProgress : public platform::ProgressBar {
 };
 
 std::string WithoutBlanks(const std::string& text) {
-    const std::size_t first = text.find_first_not_of(kBlanks);
-    return first == std::string::npos ? std::string()
-                                      : text.substr(first, text.find_last_not_of(kBlanks) + 1 - first);
+    const std::size_t first = text.find_first_not_of(kAroundCommands);
+    return first == std::string::npos
+               ? std::string()
+               : text.substr(first, text.find_last_not_of(kAroundCommands) + 1 - first);
 }
 
 }  // namespace
@@ -87,7 +88,7 @@ void SqlShell::Take(const std::string& line) {
 }
 
 void SqlShell::RunDotCommand(const std::string& line) {
-    const std::size_t end = line.find_first_of(kBlanks);
+    const std::size_t end = line.find_first_of(kAroundCommands);
     const std::string name = line.substr(0, end);
     for (const DotCommand& command : kCommands) {
         if (command.name == name) {

@@ -6,15 +6,14 @@ namespace tavrel::jet {
 
 namespace {
 
-constexpr std::size_t kMask = 0x1B;
-constexpr std::size_t kMaskBytes = kIndexEntries - kMask;
+constexpr std::size_t kMaskBytes = kIndexEntries - kIndexMask;
 static_assert(EntryMask::kWords == (kMaskBytes + 7) / 8);
 
 }  // namespace
 
 EntryMask::EntryMask(ByteView page) {
     std::array<std::uint8_t, kWords * 8> bytes{};
-    std::memcpy(bytes.data(), page.data() + kMask, kMaskBytes);
+    std::memcpy(bytes.data(), page.data() + kIndexMask, kMaskBytes);
     for (std::size_t i = 0; i < kWords; ++i) {
         words_[i] = U64(bytes, 8 * i);
     }
@@ -27,7 +26,7 @@ void EntryMask::Store(Page& page) const {
             bytes[8 * i + byte] = static_cast<std::uint8_t>(words_[i] >> (8 * byte));
         }
     }
-    std::memcpy(page.data() + kMask, bytes.data(), kMaskBytes);
+    std::memcpy(page.data() + kIndexMask, bytes.data(), kMaskBytes);
 }
 
 unsigned EntryMask::Lowest() const {

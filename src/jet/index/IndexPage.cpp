@@ -8,16 +8,15 @@ namespace tavrel::jet {
 
 namespace {
 
-constexpr std::size_t kMask = 0x1B;
 constexpr std::size_t kMinLeafEntry = 4;
 constexpr std::size_t kMinNodeEntry = 8;
 
 /// Where the entries end, counted from the first one's start, ascending.
 std::vector<std::size_t> EntryEnds(ByteView page) {
     std::vector<std::size_t> ends;
-    for (std::size_t byte = kMask; byte < kIndexEntries; ++byte) {
+    for (std::size_t byte = kIndexMask; byte < kIndexEntries; ++byte) {
         for (unsigned bits = page[byte]; bits != 0; bits &= bits - 1) {
-            ends.push_back((byte - kMask) * 8 + static_cast<std::size_t>(std::countr_zero(bits)));
+            ends.push_back((byte - kIndexMask) * 8 + static_cast<std::size_t>(std::countr_zero(bits)));
         }
     }
     if (!ends.empty() && (ends.front() == 0 || ends.back() > kIndexRoom)) {

@@ -19,6 +19,7 @@
 
 namespace tavrel::jet {
 
+inline constexpr std::size_t kIndexMask = 0x1B;
 inline constexpr std::size_t kIndexEntries = 0x1E0;
 inline constexpr std::size_t kIndexRoom = kPageSize - kIndexEntries;
 

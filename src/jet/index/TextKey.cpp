@@ -18,7 +18,7 @@ namespace tavrel::jet {
 
 namespace {
 
-constexpr std::uint8_t kNotNull = 0x7F;
+constexpr std::uint8_t kTextFollows = 0x7F;
 constexpr std::uint8_t kSectionEnd = 0x01;
 constexpr std::uint8_t kKeyEnd = 0x00;
 constexpr std::uint8_t kStandIn = 0xFF;
@@ -35,7 +35,7 @@ std::uint8_t Low(std::size_t value) {
 class TextKeyBuilder {
   public:
     /// Appends to `key`, which must outlive this object.
-    explicit TextKeyBuilder(ByteVector& key) : key_(key) { key_.push_back(kNotNull); }
+    explicit TextKeyBuilder(ByteVector& key) : key_(key) { key_.push_back(kTextFollows); }
 
     /// False when a positional character stands too far behind for its place to be written.
     bool Add(const TextWeight& weight) {

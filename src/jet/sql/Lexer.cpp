@@ -3,6 +3,7 @@
 
 #include "jet/sql/Token.h"
 #include "text/Case.h"
+#include "text/LeadingNumber.h"
 
 namespace tavrel::jet::sql {
 
@@ -25,9 +26,7 @@ constexpr std::string_view kSymbols = "=<>+-*/\\&(),.;!";
 bool IsBlank(char c) {
     return c == ' ' || c == '\t' || c == '\r' || c == '\n';
 }
-bool IsDigit(char c) {
-    return c >= '0' && c <= '9';
-}
+using text::IsDigit;
 bool IsHexDigit(char c) {
     return IsDigit(c) || (c >= 'A' && c <= 'F') || (c >= 'a' && c <= 'f');
 }

@@ -9,10 +9,13 @@
 #include "jet/engine/NumberConversion.h"
 #include "jet/sql/SqlErrors.h"
 #include "text/Format.h"
+#include "text/LeadingNumber.h"
 
 namespace tavrel::jet::sql {
 
 namespace {
+
+using text::IsDigit;
 
 constexpr std::string_view kBlanks = " \t\r\n";
 constexpr std::array<std::string_view, 3> kMoneySigns = {"₩", "￦", "\\"};
@@ -26,10 +29,6 @@ void TrimBlanks(std::string_view& text) {
         return;
     }
     text = text.substr(first, text.find_last_not_of(kBlanks) + 1 - first);
-}
-
-bool IsDigit(char c) {
-    return c >= '0' && c <= '9';
 }
 
 /// &H… or &O…: at most 32 bits, read as a signed number.

@@ -46,6 +46,12 @@ class DataPageView {
     [[nodiscard]] std::uint32_t Owner() const { return U32(page_, 4); }
     [[nodiscard]] std::uint32_t ChainMark() const { return U32(page_, 8); }
     [[nodiscard]] unsigned FreeBytes() const { return U16(page_, 2); }
+    /// Whether other rows may join: the page of a part of a long-value chain stays alone with it.  The
+    /// followers of a chain look like a page with one value, so that only a page with several rows is sure to
+    /// be shared.
+    [[nodiscard]] bool MayShare() const {
+        return Owner() != kOwnerLongValues || (ChainMark() == 0 && SlotCount() > 1);
+    }
     /// Throws 3428 when the slot is missing or its bounds are impossible.
     [[nodiscard]] Slot At(unsigned row) const;
 

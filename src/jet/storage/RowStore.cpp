@@ -12,12 +12,6 @@ constexpr std::size_t kMaxCandidates = 16;
 /// A page with that much room stays in the free-space map although one row did not fit.
 constexpr unsigned kRoomWorthKeeping = kPageSize / 4;
 
-/// A page of a long-value chain must stay alone with its row.  Its followers cannot be told from a page with
-/// one value, so that only a page with several rows is sure to be shared.
-bool MayShare(const DataPageView& page) {
-    return page.Owner() != kOwnerLongValues || (page.ChainMark() == 0 && page.SlotCount() > 1);
-}
-
 }  // namespace
 
 RowStore::RowStore(Pager& pager, PageAllocator& allocator, std::uint32_t owner, RowPointer owned,
@@ -69,7 +63,7 @@ bool RowStore::TakeCandidate(PageNumber page, std::size_t length) {
     const PageRef held = pager_.Read(page);
     const DataPageView view(held);
     const bool fits = view.SlotCount() < kMaxSlots && length + 2 <= view.FreeBytes();
-    if (view.Owner() != owner_ || !MayShare(view) || !fits) {
+    if (view.Owner() != owner_ || !view.MayShare() || !fits) {
         return false;
     }
     Page& image = before_[page];

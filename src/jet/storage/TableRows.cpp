@@ -10,12 +10,6 @@ namespace {
 /// A page with less room is full: no row to speak of goes in.
 constexpr unsigned kFullBelow = 64;
 
-/// The page of a chain's part stays alone with it.  Its followers look like a page with one value, so that
-/// only a page with several rows is sure to be shared.
-bool MayShare(const DataPageView& page) {
-    return page.Owner() != kOwnerLongValues || (page.ChainMark() == 0 && page.SlotCount() > 1);
-}
-
 }  // namespace
 
 TableRows::TableRows(Pager& pager, PageAllocator& allocator, std::uint32_t owner, RowPointer owned,
@@ -67,7 +61,7 @@ bool TableRows::MakeFit(PageNumber page, std::size_t length, bool known) {
     {
         const PageRef held = pager_.Read(page);
         const DataPageView view(held);
-        if (view.Owner() != owner_ || !(known || MayShare(view))) {
+        if (view.Owner() != owner_ || !(known || view.MayShare())) {
             return false;
         }
         room = view.FreeBytes();

@@ -6,6 +6,8 @@
 #pragma once
 
 #include <algorithm>
+#include <cstdint>
+#include <limits>
 #include <string>
 #include <vector>
 
@@ -16,6 +18,8 @@ namespace tavrel::jet {
 inline constexpr std::size_t kMapRowBytes = 69;
 inline constexpr std::uint32_t kMapPagesPerBitmap = (kPageSize - 4) * 8;
 inline constexpr std::size_t kMapMaxBitmaps = 17;
+/// A limit that leaves nothing out.
+inline constexpr std::uint64_t kEveryPage = std::numeric_limits<PageNumber>::max();
 
 struct UsageMap {
     std::vector<PageNumber> pages;        ///< ascending; may name pages beyond the end of the file

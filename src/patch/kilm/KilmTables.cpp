@@ -47,7 +47,7 @@ constexpr Item kOwnTables[] = {
     Relation{"fk_prod_makeplan_d", "makeplan_d.pcode", "product_m.code", Cascade::Both},
 };
 
-constexpr Item kDifferences[] = {
+constexpr Item kTableDifferences[] = {
     Procedure{"CreateTBL_custprodinterest"},
     InsteadOf{"custprodinterest_pcode_fk"},
     Index{"idx_custprodinterest_pcode", "custprodinterest", "pcode", Unique::Yes},
@@ -57,7 +57,7 @@ constexpr Item kDifferences[] = {
     InsteadOf{"fk_customer_h_sync__ccode"},
 };
 
-constexpr Item kDifferencesOfB[] = {
+constexpr Item kTableDifferencesOfB[] = {
     Procedure{"CreateTBL_serial"},
     InsteadOf{"idx_serial_serial"},
     Index{"idx_serial_ocode", "serial", "ocode"},
@@ -95,11 +95,11 @@ Items OwnTables() {
 }
 
 Items DifferencesInTables() {
-    return kDifferences;
+    return kTableDifferences;
 }
 
 Items DifferencesInTablesOfB() {
-    return kDifferencesOfB;
+    return kTableDifferencesOfB;
 }
 
 }  // namespace tavrel::patch::kilm

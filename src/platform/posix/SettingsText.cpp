@@ -45,7 +45,7 @@ std::string Escaped(std::string_view text, Part part) {
 }
 
 /// What an escape means; \h only takes the next character's meaning away.
-std::string_view Meaning(char letter) {
+std::string_view Unescaped(char letter) {
     switch (letter) {
         case 'n':
             return "\n";
@@ -66,7 +66,7 @@ std::string Plain(std::string_view escaped) {
     std::string text;
     for (std::size_t i = 0; i < escaped.size(); ++i) {
         if (escaped[i] == '\\' && i + 1 < escaped.size()) {
-            text += Meaning(escaped[++i]);
+            text += Unescaped(escaped[++i]);
         } else {
             text += escaped[i];
         }

@@ -15,6 +15,7 @@ struct DamageCase {
     const char* code;  ///< that the check must give
     const char* what;  ///< tells apart cases with the same code
     void (*damage)(SampleDatabase& sample);
+    friend void PrintTo(const DamageCase& it, std::ostream* out) { *out << it.code; }
 };
 
 class DamageTest : public ::testing::TestWithParam<DamageCase> {};

@@ -9,7 +9,7 @@ using S = SampleDatabase;
 constexpr const char* kKey = "PrimaryKey";
 constexpr std::size_t kEntries = jet::kIndexEntries;
 constexpr std::size_t kEntryBytes = 9;  // of a Long key in a leaf
-constexpr std::size_t kRows = 20;       // of the parents
+constexpr std::size_t kParents = 20;    // of the parents
 
 /// Of the leaf of the parents' primary key, the only page of its tree.
 std::size_t Leaf(S& s) {
@@ -17,7 +17,7 @@ std::size_t Leaf(S& s) {
 }
 
 void RemoveLastEntry(S& s) {
-    constexpr std::size_t kUsed = kEntryBytes * kRows;
+    constexpr std::size_t kUsed = kEntryBytes * kParents;
     s.At(Leaf(s) + 0x1B + kUsed / 8) &= static_cast<std::uint8_t>(~(1U << kUsed % 8));
     s.Put(Leaf(s) + 2, 2, s.Get(Leaf(s) + 2, 2) + kEntryBytes);
 }

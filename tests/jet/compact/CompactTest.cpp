@@ -38,7 +38,7 @@ TEST(CompactTest, SampleDatabases) {
 
 // ---- databases with a past
 
-constexpr int kRows = 4000;
+constexpr int kOrders = 4000;
 
 std::vector<jet::Value> Order(std::int64_t number) {
     const std::size_t longBytes = number % 500 == 0 ? 30'000 : number % 7 == 0 ? 900 : 20;
@@ -68,14 +68,14 @@ std::string DatabaseWithAPast(const TemporaryFolder& folder, const jet::CreateOp
                     .Index("표시순", {"표시"}));
     builder.Add(Table("내역").Counter("번호").Long("주문번호").Key({"번호"}));
     std::vector<std::vector<jet::Value>> rows;
-    for (std::int64_t number = 0; number < kRows; ++number) {
+    for (std::int64_t number = 0; number < kOrders; ++number) {
         rows.push_back(Order(number));
     }
     std::ranges::shuffle(rows, std::mt19937(1));
     builder.Rows("주문", rows);
     rows.clear();
-    for (std::int64_t number = 0; number < kRows; ++number) {
-        rows.push_back({Null{}, Int(number * 7 % kRows)});
+    for (std::int64_t number = 0; number < kOrders; ++number) {
+        rows.push_back({Null{}, Int(number * 7 % kOrders)});
     }
     builder.Rows("내역", rows);
     builder.Relate({"주문내역", "내역", "주문", {"주문번호"}, {"번호"}, false, true, true, false});

@@ -15,6 +15,7 @@ using namespace std::string_literals;
 struct EmptyCase {
     std::string name;
     jet::CreateOptions options;
+    friend void PrintTo(const EmptyCase& it, std::ostream* out) { *out << it.name; }
 };
 
 jet::CreateOptions Options(std::uint16_t sortOrder, const std::string& password, std::uint32_t pageKey = 0) {

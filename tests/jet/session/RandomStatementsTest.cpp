@@ -18,6 +18,7 @@ struct Run {
     const char* name;
     std::uint16_t sortOrder;
     unsigned seed;
+    friend void PrintTo(const Run& it, std::ostream* out) { *out << it.name; }
 };
 
 /// Another seed for another run.

@@ -7,7 +7,7 @@
 namespace tavrel::testing {
 namespace {
 
-constexpr const char* kSetup[] = {
+constexpr const char* kStatementsBefore[] = {
     "CREATE TABLE p (id LONG CONSTRAINT pk PRIMARY KEY, code TEXT(4), twice LONG, s SHORT)",
     "CREATE TABLE c (id COUNTER, pid LONG, n TEXT(10) NOT NULL, sid SHORT, m MEMO)",
     "CREATE TABLE nokey (a LONG)",
@@ -86,7 +86,7 @@ constexpr Refusal kRefusals[] = {
 
 TEST(Refusals, HaveTheirNumberAndLeaveTheFileAsItWas) {
     SessionBench bench;
-    for (const char* statement : kSetup) {
+    for (const char* statement : kStatementsBefore) {
         bench.Run(statement);
     }
     const std::string before = ReadWholeFile(bench.Path());

@@ -9,7 +9,7 @@ namespace {
 
 using namespace jet::sql;
 
-struct Change : testing::Test {
+struct Change : ::testing::Test {
     Change() {
         database.Run(
             "CREATE TABLE t (id COUNTER, name VARCHAR(4) DEFAULT \"\" NOT NULL, n SMALLINT DEFAULT 0,"
@@ -136,7 +136,7 @@ TEST_F(Change, RequiredIsCheckedWhereItIsWritten) {
         FAIL();
     } catch (const Error& error) {
         EXPECT_EQ(error.Number(), 3314);
-        EXPECT_THAT(error.Description(), testing::HasSubstr("t.note"));
+        EXPECT_THAT(error.Description(), ::testing::HasSubstr("t.note"));
     }
 }
 

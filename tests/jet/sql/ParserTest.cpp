@@ -12,9 +12,10 @@ using namespace jet::sql;
 
 struct Definition {
     std::string statement, expected;
+    friend void PrintTo(const Definition& it, std::ostream* out) { *out << Words(it.statement); }
 };
 
-class Definitions : public testing::TestWithParam<Definition> {};
+class Definitions : public ::testing::TestWithParam<Definition> {};
 
 TEST_P(Definitions, AskForWhatIsWritten) {
     MemoryDatabase database;
@@ -26,7 +27,7 @@ TEST_P(Definitions, AskForWhatIsWritten) {
 
 INSTANTIATE_TEST_SUITE_P(
     Tables, Definitions,
-    testing::Values(
+    ::testing::Values(
         Definition{
             "CREATE TABLE `invn_move`( `code` AUTOINCREMENT, `ocode_o`  SMALLINT  DEFAULT 1  NOT NULL,"
             " `pcode` VARCHAR(6) DEFAULT \"\" NOT NULL, `planmemo` TEXT DEFAULT '' NULL, PRIMARY KEY(code))",
@@ -52,7 +53,7 @@ INSTANTIATE_TEST_SUITE_P(
 
 INSTANTIATE_TEST_SUITE_P(
     Changes, Definitions,
-    testing::Values(
+    ::testing::Values(
         Definition{"ALTER TABLE `t`  ADD COLUMN `boxqnt` DOUBLE DEFAULT 0 NOT NULL",
                    "add t: boxqnt 7 =0 NN;"},
         Definition{"ALTER TABLE `t`  ADD COLUMN `d` DATE DEFAULT '1900-01-01 00:00:00' NOT NULL;",

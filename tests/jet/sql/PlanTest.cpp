@@ -6,7 +6,7 @@
 namespace tavrel::test {
 namespace {
 
-struct Plans : testing::Test {
+struct Plans : ::testing::Test {
     static constexpr int kRows = 2000;
 
     Plans() {

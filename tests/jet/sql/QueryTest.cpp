@@ -29,9 +29,10 @@ void Fill(MemoryDatabase& database) {
 
 struct Answer {
     std::string statement, expected;
+    friend void PrintTo(const Answer& it, std::ostream* out) { *out << Words(it.statement); }
 };
 
-class Answers : public testing::TestWithParam<Answer> {};
+class Answers : public ::testing::TestWithParam<Answer> {};
 
 TEST_P(Answers, AreThese) {
     MemoryDatabase database;
@@ -41,36 +42,37 @@ TEST_P(Answers, AreThese) {
 
 INSTANTIATE_TEST_SUITE_P(
     Filters, Answers,
-    testing::Values(Answer{"SELECT code FROM item WHERE qty > 5", "0001;0010"},
-                    Answer{"SELECT code FROM item WHERE qty <> 5", "0001;0010"},
-                    Answer{"SELECT code FROM item WHERE NOT qty > 5", "A1"},
-                    Answer{"SELECT code FROM item WHERE qty IS NULL", "0002"},
-                    Answer{"SELECT code FROM item WHERE qty = NULL", ""},
-                    Answer{"SELECT code FROM item WHERE qty <> NULL", "0001;0010;A1"},
-                    Answer{"SELECT code FROM item WHERE qty > 5 OR price > 2", "0001;0002;0010"},
-                    Answer{"SELECT code FROM item WHERE qty > 5 XOR grp = 1", "0010"},
-                    Answer{"SELECT code FROM item WHERE name = 'APPLE'", "A1"},
-                    Answer{"SELECT code FROM item WHERE name LIKE 'p%'", "0010"},
-                    Answer{"SELECT code FROM item WHERE name NOT LIKE '%p%'", "0001;0002"},
-                    Answer{"SELECT code FROM item WHERE qty IN (5, 30, NULL)", "0010;A1"},
-                    Answer{"SELECT code FROM item WHERE qty NOT IN (5, NULL)", ""},
-                    Answer{"SELECT code FROM item WHERE qty NOT IN (5)", "0001;0010"},
-                    Answer{"SELECT code FROM item WHERE qty BETWEEN 5 AND 10", "0001;A1"},
-                    Answer{"SELECT code FROM item WHERE qty NOT BETWEEN 5 AND 10", "0010"},
-                    Answer{"SELECT code FROM item WHERE sold", "0001;A1"},
-                    Answer{"SELECT code FROM item WHERE sold = 0", "0002;0010"},
-                    Answer{"SELECT code FROM item WHERE made > #2024-01-31#", "0002"},
-                    Answer{"SELECT code FROM item WHERE made = 45325", "0002"},
-                    Answer{"SELECT code FROM item WHERE price = cost - 0.75", "0001"},
-                    Answer{"SELECT code FROM item WHERE LEN(code) = 4 AND ISNUMERIC(code)", "0001;0002;0010"},
-                    Answer{"SELECT code FROM item WHERE code IN ('0010', 'a1', '0010')", "0010;A1"},
-                    Answer{"SELECT code FROM item WHERE code >= '0002' AND code < 'a'", "0002;0010"},
-                    Answer{"SELECT code FROM item WHERE code BETWEEN '0001' AND '0002'", "0001;0002"},
-                    Answer{"SELECT 1 WHERE 1 = 2", ""}, Answer{"SELECT code FROM item WHERE NULL", ""}));
+    ::testing::Values(Answer{"SELECT code FROM item WHERE qty > 5", "0001;0010"},
+                      Answer{"SELECT code FROM item WHERE qty <> 5", "0001;0010"},
+                      Answer{"SELECT code FROM item WHERE NOT qty > 5", "A1"},
+                      Answer{"SELECT code FROM item WHERE qty IS NULL", "0002"},
+                      Answer{"SELECT code FROM item WHERE qty = NULL", ""},
+                      Answer{"SELECT code FROM item WHERE qty <> NULL", "0001;0010;A1"},
+                      Answer{"SELECT code FROM item WHERE qty > 5 OR price > 2", "0001;0002;0010"},
+                      Answer{"SELECT code FROM item WHERE qty > 5 XOR grp = 1", "0010"},
+                      Answer{"SELECT code FROM item WHERE name = 'APPLE'", "A1"},
+                      Answer{"SELECT code FROM item WHERE name LIKE 'p%'", "0010"},
+                      Answer{"SELECT code FROM item WHERE name NOT LIKE '%p%'", "0001;0002"},
+                      Answer{"SELECT code FROM item WHERE qty IN (5, 30, NULL)", "0010;A1"},
+                      Answer{"SELECT code FROM item WHERE qty NOT IN (5, NULL)", ""},
+                      Answer{"SELECT code FROM item WHERE qty NOT IN (5)", "0001;0010"},
+                      Answer{"SELECT code FROM item WHERE qty BETWEEN 5 AND 10", "0001;A1"},
+                      Answer{"SELECT code FROM item WHERE qty NOT BETWEEN 5 AND 10", "0010"},
+                      Answer{"SELECT code FROM item WHERE sold", "0001;A1"},
+                      Answer{"SELECT code FROM item WHERE sold = 0", "0002;0010"},
+                      Answer{"SELECT code FROM item WHERE made > #2024-01-31#", "0002"},
+                      Answer{"SELECT code FROM item WHERE made = 45325", "0002"},
+                      Answer{"SELECT code FROM item WHERE price = cost - 0.75", "0001"},
+                      Answer{"SELECT code FROM item WHERE LEN(code) = 4 AND ISNUMERIC(code)",
+                             "0001;0002;0010"},
+                      Answer{"SELECT code FROM item WHERE code IN ('0010', 'a1', '0010')", "0010;A1"},
+                      Answer{"SELECT code FROM item WHERE code >= '0002' AND code < 'a'", "0002;0010"},
+                      Answer{"SELECT code FROM item WHERE code BETWEEN '0001' AND '0002'", "0001;0002"},
+                      Answer{"SELECT 1 WHERE 1 = 2", ""}, Answer{"SELECT code FROM item WHERE NULL", ""}));
 
 INSTANTIATE_TEST_SUITE_P(
     Expressions, Answers,
-    testing::Values(
+    ::testing::Values(
         Answer{"SELECT 1 + 2 * 3, -2 + 1, 7 / 2, 7 \\ 2, 7 MOD 4, -7 \\ 2", "7|-1|3.5|3|3|-3"},
         Answer{"SELECT 'a' & 1 & NULL, NULL & NULL, 'a' + 'b', 'a' + NULL, '2' + 3, '2' * '3'",
                "a1|~|ab|~|5|6"},
@@ -104,7 +106,7 @@ INSTANTIATE_TEST_SUITE_P(
 
 INSTANTIATE_TEST_SUITE_P(
     Groups, Answers,
-    testing::Values(
+    ::testing::Values(
         Answer{"SELECT COUNT(*), COUNT(qty), SUM(qty), AVG(qty), MIN(qty), MAX(name), SUM(cost), "
                "FIRST(code), LAST(code) FROM item",
                "4|3|45|15|5|Pear|6.5833|0001|A1"},
@@ -124,22 +126,22 @@ INSTANTIATE_TEST_SUITE_P(
 
 INSTANTIATE_TEST_SUITE_P(
     Order, Answers,
-    testing::Values(Answer{"SELECT name FROM item ORDER BY name", "배;사과;apple  ;Pear"},
-                    Answer{"SELECT code FROM item ORDER BY qty DESC", "0010;0001;A1;0002"},
-                    Answer{"SELECT code, qty AS q FROM item ORDER BY q, 1", "0002|~;A1|5;0001|10;0010|30"},
-                    Answer{"SELECT code FROM item ORDER BY price * -1", "0010;0002;0001;A1"},
-                    Answer{"SELECT TOP 2 code FROM item", "0001;0002"},
-                    Answer{"SELECT TOP 1 code FROM item ORDER BY grp DESC", "0010"},
-                    Answer{"SELECT TOP 2 code FROM item ORDER BY grp DESC", "0010;0001;0002"},
-                    Answer{"SELECT TOP 50 PERCENT code FROM item ORDER BY code DESC", "A1;0010"},
-                    Answer{"SELECT TOP 1 PERCENT code FROM item", "0001"},
-                    Answer{"SELECT TOP 0 code FROM item", ""},
-                    Answer{"SELECT TOP 1 code FROM item ORDER BY code", "0001"},
-                    Answer{"SELECT DISTINCT TOP 2 grp FROM item ORDER BY grp DESC", "2;1"}));
+    ::testing::Values(Answer{"SELECT name FROM item ORDER BY name", "배;사과;apple  ;Pear"},
+                      Answer{"SELECT code FROM item ORDER BY qty DESC", "0010;0001;A1;0002"},
+                      Answer{"SELECT code, qty AS q FROM item ORDER BY q, 1", "0002|~;A1|5;0001|10;0010|30"},
+                      Answer{"SELECT code FROM item ORDER BY price * -1", "0010;0002;0001;A1"},
+                      Answer{"SELECT TOP 2 code FROM item", "0001;0002"},
+                      Answer{"SELECT TOP 1 code FROM item ORDER BY grp DESC", "0010"},
+                      Answer{"SELECT TOP 2 code FROM item ORDER BY grp DESC", "0010;0001;0002"},
+                      Answer{"SELECT TOP 50 PERCENT code FROM item ORDER BY code DESC", "A1;0010"},
+                      Answer{"SELECT TOP 1 PERCENT code FROM item", "0001"},
+                      Answer{"SELECT TOP 0 code FROM item", ""},
+                      Answer{"SELECT TOP 1 code FROM item ORDER BY code", "0001"},
+                      Answer{"SELECT DISTINCT TOP 2 grp FROM item ORDER BY grp DESC", "2;1"}));
 
 INSTANTIATE_TEST_SUITE_P(
     Joins, Answers,
-    testing::Values(
+    ::testing::Values(
         Answer{"SELECT i.code, g.title FROM item AS i, grp g WHERE i.grp = g.code ORDER BY 1",
                "0001|one;0002|one;0010|two"},
         Answer{"SELECT i.code, title FROM item i INNER JOIN grp ON i.grp = grp.code ORDER BY 1",
@@ -171,7 +173,7 @@ INSTANTIATE_TEST_SUITE_P(
 
 INSTANTIATE_TEST_SUITE_P(
     Inner, Answers,
-    testing::Values(
+    ::testing::Values(
         Answer{"SELECT code FROM grp WHERE code IN (SELECT grp FROM item)", "1;2"},
         Answer{"SELECT code FROM grp WHERE code NOT IN (SELECT grp FROM item)", ""},
         Answer{"SELECT code FROM grp WHERE code NOT IN (SELECT grp FROM item WHERE grp IS NOT NULL)", "3"},
@@ -279,7 +281,7 @@ TEST(Query, CountsMissingNamesOnce) {
         database.Run("SELECT foo, bar FROM item WHERE FOO = 1");
         FAIL();
     } catch (const Error& error) {
-        EXPECT_THAT(error.Description(), testing::HasSubstr("2"));
+        EXPECT_THAT(error.Description(), ::testing::HasSubstr("2"));
     }
 }
 

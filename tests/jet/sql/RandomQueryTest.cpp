@@ -271,10 +271,10 @@ class RandomQueries {
 TEST(RandomQuery, AgreesWithNestedLoops) {
     for (unsigned seed = 0; seed < 150; ++seed) {
         RandomQueries queries(seed);
-        for (int i = 0; i < 40 && !testing::Test::HasFailure(); ++i) {
+        for (int i = 0; i < 40 && !::testing::Test::HasFailure(); ++i) {
             queries.Compare();
         }
-        ASSERT_FALSE(testing::Test::HasFailure()) << "seed " << seed;
+        ASSERT_FALSE(::testing::Test::HasFailure()) << "seed " << seed;
     }
 }
 

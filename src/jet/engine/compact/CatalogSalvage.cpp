@@ -109,13 +109,17 @@ void CatalogSalvage::ReadObjects() {
         }
         changed_ = changed_ || !fresh;
     }
-    for (const NewObject& object : EngineObjects(0)) {
-        if (!kept_.contains(object.id)) {
-            changed_ = true;
-        }
+    const auto missing = std::ranges::count_if(
+        EngineObjects(0), [this](const NewObject& object) { return !kept_.contains(object.id); });
+    if (missing > 0) {
+        changed_ = true;
+        losses_.Add(kNames[kObjects], "엔진의 개체 " + std::to_string(missing) + "개의 행을 잃음: 새로 만듦");
     }
-    if (told.Count() > 0) {
+    if (told.Count() > 0 || missing > 0) {
         FindNamelessTables();
+    }
+    if (objects_.empty()) {
+        ThrowDamaged("개체 목록과 테이블을 하나도 읽을 수 없음");  // an empty database is no repair of it
     }
 }
 

@@ -135,11 +135,11 @@ std::unique_ptr<platform::File> OpenDestination(const std::string& path) {
 
 CompactReport CompactDatabase(const std::string& source, const std::string& destination,
                               const CompactOptions& options) {
+    RequireNobodyHasOpen(source);
+    const auto database = OpenSource(source, options);
     if (platform::FileExists(destination)) {
         throw MakeError(errors::kDatabaseExists, {}, destination);
     }
-    RequireNobodyHasOpen(source);
-    const auto database = OpenSource(source, options);
     std::optional<UnfinishedFile> unfinished;
     const auto make = [&] {
         unfinished.reset();  // what an attempt before has left

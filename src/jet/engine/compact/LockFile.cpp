@@ -1,6 +1,8 @@
 #include "jet/engine/compact/LockFile.h"
 
 #include <algorithm>
+#include <filesystem>
+#include <fstream>
 
 #include "jet/storage/Bytes.h"
 #include "platform/File.h"
@@ -29,6 +31,14 @@ std::string NameAt(ByteView record, std::size_t offset) {
     return readable ? text : std::string();
 }
 
+/// Whoever holds the file does not keep others from reading it; what cannot be read is zero.
+ByteVector FirstRecord(const std::string& path) {
+    ByteVector record(2 * kNameBytes, 0);
+    std::ifstream file(std::filesystem::path(std::u8string(path.begin(), path.end())), std::ios::binary);
+    file.read(reinterpret_cast<char*>(record.data()), std::ssize(record));
+    return record;
+}
+
 }  // namespace
 
 void RequireNobodyHasOpen(const std::string& database) {
@@ -45,12 +55,7 @@ void RequireNobodyHasOpen(const std::string& database) {
     } catch (const Error&) {
         return;  // not to be opened for other reasons, which tell nothing of the database
     }
-    ByteVector record(2 * kNameBytes, 0);
-    try {
-        platform::OpenFile(path, platform::FileAccess::Read)->ReadAt(0, record);
-    } catch (const Error&) {
-        record.assign(record.size(), 0);  // held against reading, too: the names stay empty
-    }
+    const ByteVector record = FirstRecord(path);
     throw MakeError(kOpenElsewhere, {NameAt(record, kNameBytes), NameAt(record, 0)}, path);
 }
 

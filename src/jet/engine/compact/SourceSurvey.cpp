@@ -100,11 +100,21 @@ std::uint64_t SourceSurvey::RowsOf(PageNumber table) const {
     return LiveRowsOn(pages, table);
 }
 
+/// Pages that a map names and a file that was cut off no longer has.
+void SourceSurvey::DropPagesBehindEnd(std::vector<PageNumber>& mapped, const std::string& name,
+                                      LossLog& losses) const {
+    const std::size_t behind = std::erase_if(mapped, [&](PageNumber page) { return page >= types_.size(); });
+    if (behind > 0) {
+        losses.Add("테이블 " + name, "파일 끝 뒤의 페이지 " + std::to_string(behind) + "개와 그 행을 잃음");
+    }
+}
+
 std::vector<PageNumber> SourceSurvey::PagesOf(const TableDefinition& table, const std::string& name,
                                               LossLog& losses) const {
     std::optional<std::vector<PageNumber>> mapped;
     try {
-        mapped = ReadUsageMap(source_.Cache(), table.ownedMap).pages;
+        mapped = ReadUsageMap(source_.Cache(), table.ownedMap, kEveryPage).pages;
+        DropPagesBehindEnd(*mapped, name, losses);
     } catch (const Error&) {
         // Then the pages themselves tell.
     }
@@ -137,6 +147,10 @@ std::vector<PageNumber> SourceSurvey::PagesOf(const TableDefinition& table, cons
             losses.Add("테이블 " + name + " 페이지 " + std::to_string(page),
                        "버려진 페이지의 행 " + std::to_string(rows) + "개를 옮기지 않음");
         }
+    }
+    if (const std::uint64_t found = LiveRowsOn(pages, table.page); !mapped && found < table.rowCount) {
+        losses.Add("테이블 " + name, "지도를 읽을 수 없고 행 " + std::to_string(table.rowCount) + "개 중 " +
+                                         std::to_string(found) + "개만 찾음");
     }
     std::ranges::sort(pages);
     return pages;

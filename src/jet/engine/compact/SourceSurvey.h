@@ -47,6 +47,7 @@ class SourceSurvey {
     [[nodiscard]] std::vector<Entry> EntriesOn(const std::vector<PageNumber>& pages, PageNumber table) const;
 
   private:
+    void DropPagesBehindEnd(std::vector<PageNumber>& mapped, const std::string& name, LossLog& losses) const;
     [[nodiscard]] std::set<PageNumber> NamedByIndexes(PageNumber table) const;
     [[nodiscard]] std::uint64_t LiveRowsOn(const std::vector<PageNumber>& pages, PageNumber table) const;
 

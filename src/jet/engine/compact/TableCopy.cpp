@@ -268,7 +268,10 @@ void TableCopy::CountNulls(RowPointer at, ByteView row) {
 
 /// Pages that no row has led to hold none, or the table is not sound.
 void TableCopy::MeetOwnedPages() {
-    for (const PageNumber page : ReadUsageMap(context_.source.Cache(), source_.ownedMap).pages) {
+    for (const PageNumber page : ReadUsageMap(context_.source.Cache(), source_.ownedMap, kEveryPage).pages) {
+        if (page >= context_.source.Count()) {
+            ThrowDamaged("테이블의 페이지 " + std::to_string(page) + "이(가) 파일 끝 뒤에 있음");
+        }
         if (!context_.map.Knows(page)) {
             const PageRef held = context_.source.Read(page);
             Meet(page, DataPageView(held));
