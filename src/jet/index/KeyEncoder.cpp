@@ -99,27 +99,36 @@ constexpr TypeRule kTypeRules[] = {
 
 }  // namespace
 
-std::optional<ByteVector> EncodeKeyColumn(const Column& column, const std::optional<ByteView>& stored,
-                                          bool ascending, UnknownWeights unknown) {
+bool AppendKeyColumn(ByteVector& key, const Column& column, const std::optional<ByteView>& stored,
+                     bool ascending, UnknownWeights unknown) {
     if (!stored) {
-        return ByteVector{ascending ? kNull : Inverted(kNull)};
+        key.push_back(ascending ? kNull : Inverted(kNull));
+        return true;
     }
     if (IsText(column.type)) {
-        return EncodeTextKey(DecodeUnits(*stored), column.sortOrder, ascending, unknown);
+        return AppendTextKey(key, DecodeUnits(*stored), column.sortOrder, ascending, unknown);
     }
     const auto rule = std::ranges::find(kTypeRules, column.type, &TypeRule::type);
     if (rule == std::end(kTypeRules)) {
-        return std::nullopt;
+        return false;
     }
     if (rule->length != 0 && stored->size() != rule->length) {
         ThrowDamaged("인덱스 필드 값의 길이가 형식과 다름");
     }
-    ByteVector key{kNotNull};
+    const std::size_t begin = key.size();
+    key.push_back(kNotNull);
     rule->append(key, *stored);
     if (!ascending) {
-        Invert(key);
+        Invert(std::span(key).subspan(begin));
     }
-    return key;
+    return true;
+}
+
+std::optional<ByteVector> EncodeKeyColumn(const Column& column, const std::optional<ByteView>& stored,
+                                          bool ascending, UnknownWeights unknown) {
+    ByteVector key;
+    return AppendKeyColumn(key, column, stored, ascending, unknown) ? std::optional(std::move(key))
+                                                                    : std::nullopt;
 }
 
 }  // namespace tavrel::jet

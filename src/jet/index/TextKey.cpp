@@ -34,10 +34,8 @@ std::uint8_t Low(std::size_t value) {
 
 class TextKeyBuilder {
   public:
-    explicit TextKeyBuilder(std::size_t units) {
-        key_.reserve(2 * units + 8);
-        key_.push_back(kNotNull);
-    }
+    /// The key goes behind what `key` holds.
+    explicit TextKeyBuilder(ByteVector& key) : key_(key) { key_.push_back(kNotNull); }
 
     /// False when a positional character stands too far behind for its place to be written.
     bool Add(const TextWeight& weight) {
@@ -64,7 +62,7 @@ class TextKeyBuilder {
         ++weights_;
     }
 
-    ByteVector Finish() {
+    void Finish() {
         key_.push_back(kSectionEnd);
         AppendBytes(key_, marks_);
         if (!positional_.empty()) {
@@ -72,7 +70,6 @@ class TextKeyBuilder {
             AppendBytes(key_, positional_);
         }
         key_.push_back(kKeyEnd);
-        return std::move(key_);
     }
 
   private:
@@ -97,7 +94,7 @@ class TextKeyBuilder {
         return true;
     }
 
-    ByteVector key_;
+    ByteVector& key_;
     ByteVector marks_;  ///< up to the last weight that has one
     ByteVector positional_;
     std::size_t weights_ = 0;
@@ -109,30 +106,41 @@ bool IsKnownSortOrder(std::uint16_t sortOrder) {
     return Collation::Find(sortOrder) != nullptr;
 }
 
-std::optional<ByteVector> EncodeTextKey(std::u16string_view text, std::uint16_t sortOrder, bool ascending,
-                                        UnknownWeights unknown) {
+bool AppendTextKey(ByteVector& key, std::u16string_view text, std::uint16_t sortOrder, bool ascending,
+                   UnknownWeights unknown) {
     const bool standIns = unknown == UnknownWeights::StandIn;
     const Collation* collation = Collation::Find(sortOrder);
     if (collation == nullptr && !standIns) {
-        return std::nullopt;
+        return false;
     }
+    const std::size_t begin = key.size();
     text = text.substr(0, text.find_last_not_of(u' ') + 1);
-    TextKeyBuilder builder(text.size());
+    TextKeyBuilder builder(key);
     while (!text.empty()) {
         const auto match = collation == nullptr ? std::nullopt : collation->At(text);
         if (!match && standIns) {
             builder.AddStandIn(text.front());
         } else if (!match || !builder.Add(match->weight)) {
-            return std::nullopt;
+            key.resize(begin);
+            return false;
         }
         text.remove_prefix(match ? match->units : 1);
     }
-    ByteVector key = builder.Finish();
+    builder.Finish();
     if (!ascending) {
-        std::ranges::transform(key, key.begin(), std::bit_not<std::uint8_t>());
+        const std::span<std::uint8_t> added = std::span(key).subspan(begin);
+        std::ranges::transform(added, added.begin(), std::bit_not<std::uint8_t>());
         key.push_back(kKeyEnd);
     }
-    return key;
+    return true;
+}
+
+std::optional<ByteVector> EncodeTextKey(std::u16string_view text, std::uint16_t sortOrder, bool ascending,
+                                        UnknownWeights unknown) {
+    ByteVector key;
+    key.reserve(2 * text.size() + 8);
+    return AppendTextKey(key, text, sortOrder, ascending, unknown) ? std::optional(std::move(key))
+                                                                   : std::nullopt;
 }
 
 }  // namespace tavrel::jet
