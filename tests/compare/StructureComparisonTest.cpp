@@ -92,7 +92,7 @@ TEST_P(NamedComparison, Holds) {
 
 const SideRows kAbc = RowsOf({"customer.a", "customer.b", "customer.c"});
 const SideRows kAxbc = RowsOf({"customer.a", "customer.x", "customer.b", "customer.c"});
-const SideRows kOrders = RowsOf({"orders.a", "orders.b"});
+const SideRows kTwoOrders = RowsOf({"orders.a", "orders.b"});
 const SideRows kInvoices = RowsOf({"invoices.a", "invoices.c", "invoices.d"});
 
 INSTANTIATE_TEST_SUITE_P(
@@ -119,12 +119,12 @@ INSTANTIATE_TEST_SUITE_P(
                   2,
                   {"t1.a||t1.a", "|!|t2.a*", "|!|t2.b*", "t3.a||t3.a"}},
         NamedCase{"NothingInCommon",
-                  kOrders,
+                  kTwoOrders,
                   kInvoices,
                   0,
                   3,
                   {"orders.a|!|invoices.a", "orders.b|!|invoices.c", "|!|invoices.d"}},
-        NamedCase{"NothingInCommonDropped", kOrders, kInvoices, 1, 0, {}},
+        NamedCase{"NothingInCommonDropped", kTwoOrders, kInvoices, 1, 0, {}},
         NamedCase{"OneSidedDropped",
                   kAbc,
                   kAxbc,

@@ -95,9 +95,16 @@ void RowCursor::CountBytes(std::size_t bytes) {
 }
 
 std::optional<ByteVector> RowCursor::Stored(std::size_t column) {
+    std::optional<ByteVector> out;
+    Stored(column, out);
+    return out;
+}
+
+void RowCursor::Stored(std::size_t column, std::optional<ByteVector>& out) {
     const std::optional<ByteView> raw = Raw(column);
     if (!raw) {
-        return std::nullopt;
+        out.reset();
+        return;
     }
     const Column& definition = table_.columns[column];
     if (IsLong(definition.type)) {
@@ -106,13 +113,16 @@ std::optional<ByteVector> RowCursor::Stored(std::size_t column) {
             ThrowDamaged("긴 값이 파일보다 김");
         }
         longBudget_ -= length;
-        return ReadLongValue(pager_, *raw);
+        out = ReadLongValue(pager_, *raw);
+        return;
     }
-    ByteVector bytes(raw->begin(), raw->end());
+    if (!out) {
+        out.emplace();
+    }
+    out->assign(raw->begin(), raw->end());
     if (definition.Enciphered()) {
-        Rc4(ownerKey_, bytes);
+        Rc4(ownerKey_, *out);
     }
-    return bytes;
 }
 
 Value RowCursor::Get(std::size_t column) {

@@ -29,6 +29,8 @@ class RowCursor {
     [[nodiscard]] std::optional<ByteView> Raw(std::size_t column) const { return row_.Field(column); }
     /// Stored bytes with long values fetched and enciphered values deciphered.
     [[nodiscard]] std::optional<ByteVector> Stored(std::size_t column);
+    /// The same into `out`, whose buffer is kept where that can be.
+    void Stored(std::size_t column, std::optional<ByteVector>& out);
     /// The decoded value.
     [[nodiscard]] Value Get(std::size_t column);
 

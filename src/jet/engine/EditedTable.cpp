@@ -8,6 +8,7 @@
 #include "jet/index/IndexReader.h"
 #include "jet/index/KeyEncoder.h"
 #include "jet/storage/LongValue.h"
+#include "jet/storage/RowPatch.h"
 
 namespace tavrel::jet {
 
@@ -287,25 +288,15 @@ void EditedTable::UpdateEntries(RowPointer at, const RowView& row, std::span<con
 
 /// Writes changes of fixed columns into the row as it lies; false when the row must be built anew.
 bool EditedTable::PatchFixed(RowPointer at, const ByteVector& row, std::span<const FieldChange> changes) {
-    const unsigned columns = U16(row, 0);
-    const std::size_t mask = row.size() - (columns + 7) / 8;
-    ByteVector patched = row;
+    std::vector<FieldBytes> fields;
     for (const FieldChange& change : changes) {
-        const ColumnPlace& place = shape_.Columns()[change.place];
-        if (!place.fixed || !change.bytes || place.number >= columns) {
-            return false;
-        }
-        std::uint8_t& bits = patched[mask + place.number / 8];
-        const auto bit = static_cast<std::uint8_t>(1U << (place.number % 8));
-        const bool set = !place.boolean || (*change.bytes)[0] != 0;
-        bits = static_cast<std::uint8_t>(set ? bits | bit : bits & ~bit);
-        if (!place.boolean) {
-            if (2 + std::size_t{place.offset} + place.length > mask) {
-                return false;
-            }
-            std::ranges::copy(*change.bytes, patched.begin() + 2 + place.offset);
-        }
+        fields.push_back({change.place, change.bytes ? &*change.bytes : nullptr});
     }
+    if (!FitsInPlace(shape_, RowView(shape_, row), fields)) {
+        return false;
+    }
+    ByteVector patched = row;
+    PatchInPlace(shape_, patched, fields);
     rows_.Update(at, patched);
     return true;
 }

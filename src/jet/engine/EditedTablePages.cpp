@@ -16,18 +16,40 @@ bool EditedTable::HoldsAlone(std::span<const std::size_t> columns) const {
 
 namespace {
 
+void ListFields(const RowChange& change, std::vector<FieldBytes>& fields) {
+    fields.clear();
+    for (const FieldChange& field : change.fields) {
+        fields.push_back({field.place, field.bytes ? &*field.bytes : nullptr});
+    }
+}
+
 /// The new bytes of a page's rows, and which of the rows have to leave it.
 class PageChanges {
   public:
     void Add(const RowShape& shape, const Slot& slot, const RowChange& change) {
-        fields_.clear();
-        for (const FieldChange& field : change.fields) {
-            fields_.push_back({field.place, field.bytes ? &*field.bytes : nullptr});
+        ListFields(change, fields_);
+        const RowView row(shape, slot.row);
+        if (FitsInPlace(shape, row, fields_)) {
+            inPlace_.push_back(&change);
+            return;
         }
         const std::size_t begin = bytes_.size();
-        AppendPatchedRow(shape, RowView(shape, slot.row), slot.row, fields_, bytes_);
+        AppendPatchedRow(shape, row, slot.row, fields_, bytes_);
         rows_.push_back({change.row, begin, bytes_.size(), slot.row.size()});
         growth_ += rows_.back().Growth();
+    }
+
+    /// Writes the rows that need not be built anew.
+    void PutInPlace(const RowShape& shape, Page& page) {
+        const DataPageView view(page);
+        for (const RowChange* change : inPlace_) {
+            const ByteView row = view.At(change->row).row;
+            ListFields(*change, fields_);
+            PatchInPlace(
+                shape,
+                std::span(page).subspan(static_cast<std::size_t>(row.data() - page.data()), row.size()),
+                fields_);
+        }
     }
 
     /// The last rows leave until the others fit.  REQUIRES: no row is added any more.
@@ -59,6 +81,7 @@ class PageChanges {
         }
     };
 
+    std::vector<const RowChange*> inPlace_;
     std::vector<Patched> rows_;
     std::vector<FieldBytes> fields_;
     ByteVector bytes_;
@@ -89,8 +112,10 @@ void EditedTable::UpdatePage(PageNumber page, std::span<const RowChange> rows) {
         }
     }
     const auto slots = changes.Fit(room, [&](ByteView row) { return rows_.MoveOut(row, page); });
-    if (!slots.empty()) {
-        DataPageEditor(context_.pager.Write(page)).ReplaceMany(slots);
+    if (moved.size() < rows.size()) {
+        Page& written = context_.pager.Write(page);
+        changes.PutInPlace(shape_, written);
+        DataPageEditor(written).ReplaceMany(slots);
     }
     for (const RowChange* change : moved) {
         Update({page, change->row}, change->fields);

@@ -28,15 +28,13 @@ void KeyMaker::Make(const StoredFields& fields, RowKey& key) const {
     for (const Part& part : parts_) {
         const std::optional<ByteVector>& field = fields[part.place];
         const auto stored = field ? std::optional<ByteView>(*field) : std::nullopt;
-        std::optional<ByteVector> bytes = EncodeKeyColumn(*part.column, stored, part.ascending);
-        if (!bytes && unknown_ == UnknownWeights::StandIn) {
-            bytes = EncodeKeyColumn(*part.column, stored, part.ascending, unknown_);
-            key.standIn = true;
+        if (!AppendKeyColumn(key.bytes, *part.column, stored, part.ascending)) {
+            key.standIn = unknown_ == UnknownWeights::StandIn &&
+                          AppendKeyColumn(key.bytes, *part.column, stored, part.ascending, unknown_);
+            if (!key.standIn) {
+                ThrowUnknownWeight(DecodeUnits(*field), part.column->sortOrder, part.column->name);
+            }
         }
-        if (!bytes) {
-            ThrowUnknownWeight(DecodeUnits(*field), part.column->sortOrder, part.column->name);
-        }
-        AppendBytes(key.bytes, *bytes);
         key.hasNull = key.hasNull || !field;
         key.allNull = key.allNull && !field;
     }
@@ -60,7 +58,7 @@ std::uint32_t ScanFields(Pager& pager, const TableDefinition& table, const std::
     for (RowCursor cursor(pager, table, kNoOwnerKey); cursor.Next(); ++rows) {
         for (std::size_t place = 0; place < fields.size(); ++place) {
             if (wanted[place]) {
-                fields[place] = cursor.Stored(place);
+                cursor.Stored(place, fields[place]);
             }
         }
         take(cursor.At(), fields);

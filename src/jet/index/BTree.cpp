@@ -11,96 +11,6 @@ constexpr unsigned kMaxDepth = 32;
 /// A page below this is joined with a neighbour when both fit into one.
 constexpr std::size_t kLowWater = kIndexRoom / 4;
 
-ByteVector LeafEntry(ByteView key, RowPointer row) {
-    ByteVector entry(key.begin(), key.end());
-    AppendU24Be(entry, row.page);
-    AppendU8(entry, row.row);
-    return entry;
-}
-
-ByteVector NodeEntry(ByteView bound, PageNumber child) {
-    ByteVector entry(bound.begin(), bound.end());
-    AppendU32Be(entry, child);
-    return entry;
-}
-
-std::vector<ByteVector> EntriesOf(ByteView page, const EntryTable& table) {
-    std::vector<ByteVector> entries;
-    entries.reserve(table.Count() + 1);
-    for (unsigned i = 0; i < table.Count(); ++i) {
-        entries.push_back(table.Entry(page, i));
-    }
-    return entries;
-}
-
-/// The prefix under which a leaf's entries fit its page; nothing when they do not.
-std::optional<std::size_t> FittingPrefix(const std::vector<ByteVector>& entries) {
-    if (PackedSize(entries, 0) <= kIndexRoom) {
-        return 0;
-    }
-    const std::size_t prefix = CommonPrefix(entries);
-    return PackedSize(entries, prefix) <= kIndexRoom ? std::optional(prefix) : std::nullopt;
-}
-
-using Entries = std::vector<ByteVector>;
-
-Entries Part(const Entries& entries, std::size_t from, std::size_t to) {
-    return {entries.begin() + static_cast<std::ptrdiff_t>(from),
-            entries.begin() + static_cast<std::ptrdiff_t>(to)};
-}
-
-/// As many of the entries from `from` on as fit a leaf.
-std::size_t LongestRun(const Entries& entries, std::size_t from) {
-    std::size_t to = from + 1;
-    while (to < entries.size() && FittingPrefix(Part(entries, from, to + 1))) {
-        ++to;
-    }
-    return to;
-}
-
-/// Where the leaf is divided: the ends of its parts.  In the middle, or before the last entry when that was
-/// appended, which is how growing numbers fill their leaves; in runs when a prefix that is gone makes two
-/// parts too few.
-std::vector<std::size_t> LeafParts(const Entries& entries, bool appended) {
-    std::size_t middle = entries.size() - 1;
-    if (!appended) {
-        const std::size_t half = PackedSize(entries, 0) / 2;
-        std::size_t size = 0;
-        for (middle = 0; middle + 1 < entries.size() && size < half; ++middle) {
-            size += entries[middle].size();
-        }
-    }
-    if (FittingPrefix(Part(entries, 0, middle)) && FittingPrefix(Part(entries, middle, entries.size()))) {
-        return {middle, entries.size()};
-    }
-    std::vector<std::size_t> ends;
-    for (std::size_t done = 0; done < entries.size(); done = ends.back()) {
-        ends.push_back(LongestRun(entries, done));
-    }
-    return ends;
-}
-
-/// The entry of a node whose child becomes the left part's tail: it leaves the parts as even as can be, or
-/// the right one short when the last entry was appended.
-std::size_t NodeSeparator(const Entries& entries, bool appended) {
-    const std::size_t total = PackedSize(entries, 0);
-    std::size_t best = 0;
-    std::size_t bestSize = total + 1;
-    std::size_t left = 0;
-    for (std::size_t i = 0; i < entries.size(); ++i) {
-        const std::size_t right = total - left - entries[i].size();
-        const bool leavesSome = i > 0 && i + 1 < entries.size();
-        const bool fits = left <= kIndexRoom && right <= kIndexRoom;
-        const std::size_t larger = appended && leavesSome ? right : std::max(left, right);
-        if (fits && (leavesSome || entries.size() < 3) && larger < bestSize) {
-            best = i;
-            bestSize = larger;
-        }
-        left += entries[i].size();
-    }
-    return best;
-}
-
 unsigned LevelOf(ByteView page) {
     return page[0x1A];
 }
@@ -115,7 +25,7 @@ PageNumber TailOf(ByteView page) {
 
 /// REQUIRES: the page was read just now.  Good until the next call.
 EntryTable& BTree::TableOf(PageNumber number, ByteView page) {
-    Known& known = known_[number % known_.size()];
+    Known& known = KnownOf(page);
     const std::uint64_t edition = pager_.Edition(number);
     if (known.page != number || known.edition != edition || !known.table) {
         known.table.emplace(page);
@@ -126,13 +36,14 @@ EntryTable& BTree::TableOf(PageNumber number, ByteView page) {
 }
 
 /// The page was changed, and what is known of it with it.
-void BTree::StillKnown(PageNumber number) {
-    known_[number % known_.size()].edition = pager_.Edition(number);
+void BTree::StillKnown(PageNumber number, ByteView page) {
+    KnownOf(page).edition = pager_.Edition(number);
 }
 
 /// The way from the root to the page of a level in which `bound` belongs.
 BTree::Path BTree::Descend(ByteView bound, unsigned level) {
     Path path;
+    path.reserve(4);
     for (PageNumber number = root_;;) {
         const PageRef page = pager_.Read(number);
         const EntryTable& table = TableOf(number, page);
@@ -184,12 +95,14 @@ void BTree::InsertAt(const Path& path, ByteView entry) {
     Page& page = pager_.Write(step.page);
     IndexPageEditor editor(page);
     if (editor.TryInsert(table, step.at, entry)) {
-        StillKnown(step.page);
+        StillKnown(step.page, page);
         return;
     }
     const bool appended = step.at == table.Count() && NextOf(page) == 0;
-    Entries entries = EntriesOf(page, table);
-    entries.insert(entries.begin() + step.at, ByteVector(entry.begin(), entry.end()));
+    EntryList list;
+    table.AppendTo(list, page);
+    std::vector<ByteView> entries = list.Views();
+    entries.insert(entries.begin() + step.at, entry);
     const std::optional<std::size_t> prefix =
         table.Leaf() ? FittingPrefix(entries) : std::optional<std::size_t>(0);
     if (prefix && PackedSize(entries, *prefix) <= kIndexRoom) {
@@ -218,7 +131,7 @@ BTree::Path BTree::BelowNewRoot(const Path& path) {
     return {{root_, 0}, {below, path.back().at}};
 }
 
-void BTree::Split(const Path& path, const Entries& entries, bool appended) {
+void BTree::Split(const Path& path, Entries entries, bool appended) {
     const Path deeper = BelowNewRoot(path);
     if (LevelOf(pager_.Read(deeper.back().page)) == 0) {
         SplitLeaf(deeper, entries, appended);
@@ -234,7 +147,7 @@ void BTree::Redirect(const Path& path, PageNumber child) {
     IndexPageEditor(pager_.Write(parent.page)).SetChild(table, parent.at, child);
 }
 
-void BTree::SplitLeaf(const Path& path, const Entries& entries, bool appended) {
+void BTree::SplitLeaf(const Path& path, Entries entries, bool appended) {
     const std::vector<std::size_t> ends = LeafParts(entries, appended);
     std::vector<PageNumber> pages = {path.back().page};
     while (pages.size() < ends.size()) {
@@ -253,7 +166,7 @@ void BTree::SplitLeaf(const Path& path, const Entries& entries, bool appended) {
     }
 }
 
-void BTree::SplitNode(const Path& path, const Entries& entries, bool appended) {
+void BTree::SplitNode(const Path& path, Entries entries, bool appended) {
     const PageNumber left = path.back().page;
     unsigned level = 0;
     PageNumber tail = 0;
@@ -404,16 +317,16 @@ bool BTree::JoinNeighbours(const Path& path, unsigned left) {
     if (leftTable.Leaf() != rightTable.Leaf() || leftPage == rightPage) {
         ThrowDamaged("인덱스 트리의 단계가 잘못됨");
     }
-    Entries entries = EntriesOf(leftRef, leftTable);
+    EntryList list;
+    leftTable.AppendTo(list, leftRef);
     std::optional<std::size_t> prefix;
     if (!leftTable.Leaf()) {
         const PageRef parent = pager_.Read(path[path.size() - 2].page);
         const ByteVector separator = EntryTable(parent).Entry(parent, left);
-        entries.push_back(NodeEntry(NodeBound(separator), TailOf(leftRef)));
+        list.Add(NodeEntry(NodeBound(separator), TailOf(leftRef)), {});
     }
-    for (ByteVector& entry : EntriesOf(rightRef, rightTable)) {
-        entries.push_back(std::move(entry));
-    }
+    rightTable.AppendTo(list, rightRef);
+    const std::vector<ByteView> entries = list.Views();
     prefix = leftTable.Leaf() ? FittingPrefix(entries) : std::optional<std::size_t>(0);
     if (!prefix || PackedSize(entries, *prefix) > kIndexRoom) {
         return !leftTable.Leaf() && (leftTable.Count() == 0 || rightTable.Count() == 0) &&
@@ -429,7 +342,7 @@ bool BTree::JoinNeighbours(const Path& path, unsigned left) {
 
 /// A node without entries beside a full one: both get half (rule 3).  Always false: no page has gone.
 bool BTree::EvenOut(const Path& path, unsigned left, PageNumber leftPage, PageNumber rightPage,
-                    const Entries& entries) {
+                    Entries entries) {
     const std::size_t separator = NodeSeparator(entries, false);
     const PageNumber parent = path[path.size() - 2].page;
     unsigned level = 0;

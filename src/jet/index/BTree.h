@@ -44,13 +44,13 @@ class BTree {
     using Path = std::vector<Step>;
 
     EntryTable& TableOf(PageNumber number, ByteView page);
-    void StillKnown(PageNumber number);
+    void StillKnown(PageNumber number, ByteView page);
     Path Descend(ByteView bound, unsigned level);
     void InsertAt(const Path& path, ByteView entry);
     void Redirect(const Path& path, PageNumber child);
-    void Split(const Path& path, const std::vector<ByteVector>& entries, bool appended);
-    void SplitLeaf(const Path& path, const std::vector<ByteVector>& entries, bool appended);
-    void SplitNode(const Path& path, const std::vector<ByteVector>& entries, bool appended);
+    void Split(const Path& path, Entries entries, bool appended);
+    void SplitLeaf(const Path& path, Entries entries, bool appended);
+    void SplitNode(const Path& path, Entries entries, bool appended);
     void InsertSeparator(unsigned level, ByteView bound, PageNumber child);
     PageNumber NewPageBehind(PageNumber page, unsigned level);
     void FreePage(PageNumber page);
@@ -59,8 +59,7 @@ class BTree {
     bool DropChild(const Path& path);
     void Unchain(PageNumber page);
     bool JoinNeighbours(const Path& path, unsigned left);
-    bool EvenOut(const Path& path, unsigned left, PageNumber leftPage, PageNumber rightPage,
-                 const std::vector<ByteVector>& entries);
+    bool EvenOut(const Path& path, unsigned left, PageNumber leftPage, PageNumber rightPage, Entries entries);
     void DropRight(const Path& path, unsigned left, PageNumber leftPage, PageNumber rightPage);
     void LowerRoot();
 
@@ -70,13 +69,14 @@ class BTree {
     RowPointer map_;
     PageNumber root_;
 
-    /// A page that was taken apart.  One operation comes by a page several times, and the next one often
-    /// comes by the same pages.
+    /// A page that was taken apart, by its level.  One operation comes by a page several times, and the next
+    /// one often comes by the same pages.
     struct Known {
         PageNumber page = 0;
         std::uint64_t edition = 0;
         std::optional<EntryTable> table;
     };
+    [[nodiscard]] Known& KnownOf(ByteView page) { return known_[page[0x1A] % known_.size()]; }
     std::array<Known, 4> known_;
 };
 

@@ -1,6 +1,5 @@
 #include "jet/index/Collation.h"
 
-#include <algorithm>
 #include <map>
 
 namespace tavrel::jet {
@@ -33,9 +32,12 @@ const Collation* Collation::Find(std::uint16_t sortOrder) {
 }
 
 Collation::Collation(const SortOrderRows& rows)
-    : ranges_(rows.ranges.begin(), rows.ranges.end()),
-      contractions_(rows.contractions.begin(), rows.contractions.end()) {
-    direct_.fill(kUnknownWeight);
+    : blocks_(1), contractions_(rows.contractions.begin(), rows.contractions.end()) {
+    blocks_.front().fill(kUnknownWeight);
+    for (const WeightRange& range : rows.ranges) {
+        PutRange(range);
+    }
+    // What is said of a single unit goes before what its range says.
     for (const SortOrderRows* layer : {&kCommonRows, &rows}) {
         for (const UnitRange& range : layer->unknown) {
             for (std::uint32_t unit = range.first; unit <= range.last; ++unit) {
@@ -46,36 +48,21 @@ Collation::Collation(const SortOrderRows& rows)
             Put(weight);
         }
     }
-    std::ranges::sort(ranges_, {}, &WeightRange::first);
 }
 
-/// Both layers come sorted, so that most units of the second are appended.
 void Collation::Put(const TextWeight& weight) {
-    if (weight.unit < kDirectUnits) {
-        direct_[weight.unit] = weight;
-        return;
+    std::uint16_t& block = blockOf_[weight.unit >> 8];
+    if (block == 0) {
+        block = static_cast<std::uint16_t>(blocks_.size());
+        blocks_.push_back(blocks_.front());
     }
-    const auto place = std::ranges::lower_bound(others_, weight.unit, {}, &TextWeight::unit);
-    if (place != others_.end() && place->unit == weight.unit) {
-        *place = weight;
-    } else {
-        others_.insert(place, weight);
-    }
+    blocks_[block][weight.unit & 0xFF] = weight;
 }
 
-TextWeight Collation::Lookup(char16_t unit) const {
-    if (unit < kDirectUnits) {
-        return direct_[unit];
+void Collation::PutRange(const WeightRange& range) {
+    for (std::uint32_t unit = range.first; unit <= range.last; ++unit) {
+        Put(WeightInRange(range, static_cast<char16_t>(unit)));
     }
-    const auto other = std::ranges::lower_bound(others_, unit, {}, &TextWeight::unit);
-    if (other != others_.end() && other->unit == unit) {
-        return *other;
-    }
-    const auto behind = std::ranges::upper_bound(ranges_, unit, {}, &WeightRange::first);
-    if (behind != ranges_.begin() && unit <= std::prev(behind)->last) {
-        return WeightInRange(*std::prev(behind), unit);
-    }
-    return kUnknownWeight;
 }
 
 const Contraction* Collation::FindContraction(std::u16string_view text) const {
@@ -87,15 +74,9 @@ const Contraction* Collation::FindContraction(std::u16string_view text) const {
     return nullptr;
 }
 
-std::optional<Collation::Match> Collation::At(std::u16string_view text) const {
-    Match match;
-    if (const Contraction* pair = FindContraction(text)) {
-        const WeightKind kind = pair->primary == 0 ? WeightKind::Unknown : WeightKind::Normal;
-        match = {{pair->first, pair->primary, pair->mark, kind}, 2};
-    } else {
-        match.weight = Lookup(text.front());
-    }
-    return match.weight.kind == WeightKind::Unknown ? std::nullopt : std::optional(match);
+Collation::Match Collation::MatchOf(const Contraction& pair) {
+    const WeightKind kind = pair.primary == 0 ? WeightKind::Unknown : WeightKind::Normal;
+    return {{pair.first, pair.primary, pair.mark, kind}, 2};
 }
 
 }  // namespace tavrel::jet

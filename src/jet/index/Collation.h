@@ -21,21 +21,28 @@ class Collation {
         std::size_t units = 1;
     };
     /// Nothing when the weight is not known.  REQUIRES: `text` is not empty.
-    [[nodiscard]] std::optional<Match> At(std::u16string_view text) const;
+    [[nodiscard]] std::optional<Match> At(std::u16string_view text) const {
+        const Contraction* pair = contractions_.empty() ? nullptr : FindContraction(text);
+        const Match match = pair != nullptr ? MatchOf(*pair) : Match{WeightOf(text.front()), 1};
+        return match.weight.kind == WeightKind::Unknown ? std::nullopt : std::optional(match);
+    }
 
     explicit Collation(const SortOrderRows& rows);
 
   private:
-    /// Below this a unit's weight is found by its place: Latin text is most of what indexes hold.
-    static constexpr std::size_t kDirectUnits = 0x180;
+    /// The weights of the units that share a high byte, by low byte.
+    using Block = std::array<TextWeight, 256>;
 
     void Put(const TextWeight& weight);
-    [[nodiscard]] TextWeight Lookup(char16_t unit) const;
+    void PutRange(const WeightRange& range);
+    [[nodiscard]] const TextWeight& WeightOf(char16_t unit) const {
+        return blocks_[blockOf_[unit >> 8]][unit & 0xFF];
+    }
     [[nodiscard]] const Contraction* FindContraction(std::u16string_view text) const;
+    [[nodiscard]] static Match MatchOf(const Contraction& pair);
 
-    std::array<TextWeight, kDirectUnits> direct_;
-    std::vector<TextWeight> others_;   ///< by unit
-    std::vector<WeightRange> ranges_;  ///< by first unit
+    std::array<std::uint16_t, 256> blockOf_{};  ///< in blocks_, by a unit's high byte
+    std::vector<Block> blocks_;                 ///< the first one knows no weight
     std::vector<Contraction> contractions_;
 };
 

@@ -1,18 +1,22 @@
 #include "jet/index/EntryArena.h"
 
 #include <algorithm>
+#include <array>
+#include <cstring>
 
 namespace tavrel::jet {
 
 namespace {
 
-/// The first 8 bytes, big-endian; zeros behind the end of a shorter entry.
-std::uint64_t HeadOf(ByteView entry) {
-    std::uint64_t head = 0;
-    for (std::size_t i = 0; i < 8; ++i) {
-        head = head << 8 | (i < entry.size() ? entry[i] : 0U);
+constexpr std::size_t kHeadBytes = 8;
+
+/// The 8 bytes at a depth, big-endian; zeros behind the end of a shorter entry.
+std::uint64_t HeadAt(ByteView entry, std::size_t depth) {
+    std::array<std::uint8_t, kHeadBytes> bytes{};
+    if (depth < entry.size()) {
+        std::memcpy(bytes.data(), entry.data() + depth, std::min(kHeadBytes, entry.size() - depth));
     }
-    return head;
+    return std::uint64_t{U32Be(bytes, 0)} << 32 | U32Be(bytes, 4);
 }
 
 }  // namespace
@@ -31,7 +35,7 @@ void EntryArena::Add(ByteView key, RowPointer row, bool hasNull) {
     AppendU24Be(bytes_, row.page);
     AppendU8(bytes_, row.row);
     const auto length = static_cast<std::uint32_t>(bytes_.size() - offset);
-    items_.push_back({HeadOf(ByteView(bytes_).subspan(offset)), offset, length, hasNull});
+    items_.push_back({offset, length, hasNull, 0});
 }
 
 RowPointer EntryArena::Row(std::size_t index) const {
@@ -41,15 +45,37 @@ RowPointer EntryArena::Row(std::size_t index) const {
 
 void EntryArena::Sort() {
     const auto less = [this](const Item& left, const Item& right) {
-        if (left.head != right.head) {
-            return left.head < right.head;
-        }
-        const ByteView bytes(bytes_);
-        return CompareBytes(bytes.subspan(left.offset, left.length),
-                            bytes.subspan(right.offset, right.length)) < 0;
+        return CompareBytes(BytesOf(left), BytesOf(right)) < 0;
     };
-    if (!std::is_sorted(items_.begin(), items_.end(), less)) {
-        std::sort(items_.begin(), items_.end(), less);
+    if (!std::ranges::is_sorted(items_, less)) {
+        SortBehind(items_, 0);
+    }
+}
+
+/// Sorts items whose first `depth` bytes are the same: by the next 8, and those that share these by what
+/// follows.  The bytes of an entry lie far from one another, and so each is fetched once, not for every
+/// comparison.
+void EntryArena::SortBehind(std::span<Item> items, std::size_t depth) {
+    constexpr std::size_t kFew = 8;
+    const bool ends = std::ranges::any_of(items, [depth](const Item& item) { return item.length <= depth; });
+    if (items.size() <= kFew || ends) {
+        std::ranges::sort(items, [this](const Item& left, const Item& right) {
+            return CompareBytes(BytesOf(left), BytesOf(right)) < 0;
+        });
+        return;
+    }
+    for (Item& item : items) {
+        item.head = HeadAt(BytesOf(item), depth);
+    }
+    std::ranges::sort(items, {}, &Item::head);
+    while (!items.empty()) {
+        const auto other = std::ranges::find_if(
+            items, [head = items.front().head](const Item& item) { return item.head != head; });
+        const auto same = static_cast<std::size_t>(other - items.begin());
+        if (same > 1) {
+            SortBehind(items.first(same), depth + kHeadBytes);
+        }
+        items = items.subspan(same);
     }
 }
 

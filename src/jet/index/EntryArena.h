@@ -3,6 +3,7 @@
 #pragma once
 
 #include <optional>
+#include <span>
 #include <vector>
 
 #include "jet/storage/Bytes.h"
@@ -42,11 +43,15 @@ class EntryArena {
     static constexpr std::size_t kRowBytes = 4;
 
     struct Item {
-        std::uint64_t head;  ///< the entry's first 8 bytes as a number: most comparisons end here
         std::size_t offset;  ///< in bytes_
         std::uint32_t length;
         bool hasNull;
+        std::uint64_t head;  ///< while sorting: the 8 bytes to be compared, as a number
     };
+    [[nodiscard]] ByteView BytesOf(const Item& item) const {
+        return ByteView(bytes_).subspan(item.offset, item.length);
+    }
+    void SortBehind(std::span<Item> items, std::size_t depth);
     [[nodiscard]] bool SameKey(std::size_t left, std::size_t right) const;
 
     ByteVector bytes_;

@@ -1,6 +1,6 @@
 #include "jet/index/EntryMask.h"
 
-#include <bit>
+#include <algorithm>
 
 namespace tavrel::jet {
 
@@ -9,23 +9,26 @@ namespace {
 constexpr std::size_t kMaskBytes = kIndexEntries - kIndexMask;
 static_assert(EntryMask::kWords == (kMaskBytes + 7) / 8);
 
-}  // namespace
-
-EntryMask::EntryMask(ByteView page) {
-    std::array<std::uint8_t, kWords * 8> bytes{};
-    std::memcpy(bytes.data(), page.data() + kIndexMask, kMaskBytes);
-    for (std::size_t i = 0; i < kWords; ++i) {
-        words_[i] = U64(bytes, 8 * i);
+/// Words of this machine to the file's little-endian ones, or back.
+void ToFileOrder(std::array<std::uint64_t, EntryMask::kWords>& words) {
+    if constexpr (std::endian::native != std::endian::little) {
+        for (std::uint64_t& word : words) {
+            auto* bytes = reinterpret_cast<std::uint8_t*>(&word);
+            std::reverse(bytes, bytes + sizeof word);
+        }
     }
 }
 
+}  // namespace
+
+EntryMask::EntryMask(ByteView page) {
+    std::memcpy(words_.data(), page.data() + kIndexMask, kMaskBytes);
+    ToFileOrder(words_);
+}
+
 void EntryMask::Store(Page& page) const {
-    std::array<std::uint8_t, kWords * 8> bytes{};
-    for (std::size_t i = 0; i < kWords; ++i) {
-        for (std::size_t byte = 0; byte < 8; ++byte) {
-            bytes[8 * i + byte] = static_cast<std::uint8_t>(words_[i] >> (8 * byte));
-        }
-    }
+    Words bytes = words_;
+    ToFileOrder(bytes);
     std::memcpy(page.data() + kIndexMask, bytes.data(), kMaskBytes);
 }
 

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <array>
+#include <bit>
 
 #include "jet/index/IndexPage.h"
 
@@ -22,6 +23,26 @@ class EntryMask {
     /// The lowest and the highest bit; 0 when none is set.
     [[nodiscard]] unsigned Lowest() const;
     [[nodiscard]] unsigned Highest() const;
+    /// The highest bit set at or below `bit`; 0 when none is.
+    [[nodiscard]] unsigned AtOrBelow(unsigned bit) const {
+        std::size_t word = bit / 64;
+        std::uint64_t bits = words_[word] << (63 - bit % 64) >> (63 - bit % 64);
+        while (bits == 0 && word > 0) {
+            bits = words_[--word];
+        }
+        return bits == 0
+                   ? 0
+                   : static_cast<unsigned>(64 * word + 63) - static_cast<unsigned>(std::countl_zero(bits));
+    }
+    /// The lowest bit set above `bit`.  REQUIRES: there is one.
+    [[nodiscard]] unsigned Above(unsigned bit) const {
+        std::size_t word = (bit + 1) / 64;
+        std::uint64_t bits = words_[word] >> (bit + 1) % 64 << (bit + 1) % 64;
+        while (bits == 0 && word + 1 < kWords) {
+            bits = words_[++word];
+        }
+        return static_cast<unsigned>(64 * word) + static_cast<unsigned>(std::countr_zero(bits));
+    }
     /// True when two bits are less than `gap` apart.  REQUIRES: gap <= 64.
     [[nodiscard]] bool Crowded(unsigned gap) const;
     /// Moves every bit behind `bit` up by `distance`; what leaves the mask is lost.

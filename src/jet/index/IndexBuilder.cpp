@@ -57,9 +57,13 @@ class PageComposer {
     std::size_t used_ = 0;
 };
 
-std::size_t CommonLength(ByteView left, ByteView right) {
-    const auto [end, other] = std::ranges::mismatch(left, right);
-    return static_cast<std::size_t>(end - left.begin());
+/// How many of the first `most` bytes of `left` begin `right` too; mostly it is all of them.
+std::size_t CommonLength(ByteView left, ByteView right, std::size_t most) {
+    if (right.size() >= most && std::memcmp(left.data(), right.data(), most) == 0) {
+        return most;
+    }
+    const auto [end, other] = std::ranges::mismatch(left.first(most), right);
+    return static_cast<std::size_t>(end - left.first(most).begin());
 }
 
 /// As many entries as fit, the shared front of later ones left out if that makes more fit.
@@ -72,7 +76,7 @@ Run NextLeaf(const EntryArena& entries, std::size_t first) {
     std::size_t prefix = whole;
     for (run.count = 1; first + run.count < entries.Size(); ++run.count) {
         const ByteView next = entries.Entry(first + run.count);
-        const std::size_t shared = std::min(prefix, CommonLength(entries.Entry(first), next));
+        const std::size_t shared = CommonLength(entries.Entry(first), next, prefix);
         if (whole + next.size() - shared * run.count > kIndexRoom) {
             break;
         }

@@ -2,9 +2,9 @@
 #pragma once
 
 #include <array>
-#include <vector>
 
 #include "jet/index/EntryMask.h"
+#include "jet/index/EntryPacking.h"
 #include "jet/index/IndexPage.h"
 
 namespace tavrel::jet {
@@ -27,6 +27,8 @@ class EntryTable {
 
     /// The whole entry, prefix put back.
     [[nodiscard]] ByteVector Entry(ByteView page, unsigned entry) const;
+    /// Appends all entries, whole.
+    void AppendTo(EntryList& list, ByteView page) const;
     /// A node's child; entry Count() is the tail.
     [[nodiscard]] PageNumber Child(ByteView page, unsigned entry) const;
     /// The first entry that is not below `bound` (key + row pointer); Count() when all are.  In a node the
@@ -38,8 +40,9 @@ class EntryTable {
 
   private:
     void CheckEnds() const;
-    void CountEnds();
-    [[nodiscard]] int Compare(ByteView page, unsigned entry, ByteView bound, unsigned skip) const;
+    void CountEnds(std::size_t from);
+    [[nodiscard]] unsigned EndsUpTo(unsigned place) const;
+    [[nodiscard]] int Compare(ByteView page, unsigned start, ByteView bound, unsigned skip) const;
 
     bool leaf_ = true;
     unsigned prefix_ = 0;
@@ -48,11 +51,6 @@ class EntryTable {
     std::array<std::uint16_t, EntryMask::kWords + 1> before_{};  ///< ends in the words before each
 };
 
-/// The bytes that a page's entries take with a prefix left out of all but the first.
-std::size_t PackedSize(const std::vector<ByteVector>& entries, std::size_t prefix);
-/// Length of what all entries of a sorted list begin with, at most the first's length less its row pointer.
-std::size_t CommonPrefix(const std::vector<ByteVector>& entries);
-
 class IndexPageEditor {
   public:
     explicit IndexPageEditor(Page& page) : page_(page) {}
@@ -60,7 +58,7 @@ class IndexPageEditor {
     /// An empty page of a level (0 = leaf).
     void Format(PageNumber owner, unsigned level);
     /// Replaces all entries.  REQUIRES: PackedSize(entries, prefix) <= kIndexRoom.
-    void SetEntries(const std::vector<ByteVector>& entries, std::size_t prefix);
+    void SetEntries(Entries entries, std::size_t prefix);
 
     /// Puts an entry in at a place if that is possible without touching other entries; false when there is no
     /// room or the page's prefix does not fit.  The table follows.

@@ -99,19 +99,10 @@ constexpr TypeRule kTypeRules[] = {
 
 }  // namespace
 
-std::optional<ByteVector> EncodeKeyColumn(const Column& column, const std::optional<ByteView>& stored,
-                                          bool ascending, UnknownWeights unknown) {
-    std::optional<ByteVector> key(std::in_place);
-    if (!AppendKeyColumn(*key, column, stored, ascending, unknown)) {
-        key.reset();
-    }
-    return key;
-}
-
 bool AppendKeyColumn(ByteVector& key, const Column& column, const std::optional<ByteView>& stored,
                      bool ascending, UnknownWeights unknown) {
     if (!stored) {
-        AppendU8(key, ascending ? kNull : Inverted(kNull));
+        key.push_back(ascending ? kNull : Inverted(kNull));
         return true;
     }
     if (IsText(column.type)) {
@@ -124,13 +115,20 @@ bool AppendKeyColumn(ByteVector& key, const Column& column, const std::optional<
     if (rule->length != 0 && stored->size() != rule->length) {
         ThrowDamaged("인덱스 필드 값의 길이가 형식과 다름");
     }
-    const std::size_t start = key.size();
-    AppendU8(key, kNotNull);
+    const std::size_t begin = key.size();
+    key.push_back(kNotNull);
     rule->append(key, *stored);
     if (!ascending) {
-        Invert(std::span(key).subspan(start));
+        Invert(std::span(key).subspan(begin));
     }
     return true;
+}
+
+std::optional<ByteVector> EncodeKeyColumn(const Column& column, const std::optional<ByteView>& stored,
+                                          bool ascending, UnknownWeights unknown) {
+    ByteVector key;
+    return AppendKeyColumn(key, column, stored, ascending, unknown) ? std::optional(std::move(key))
+                                                                    : std::nullopt;
 }
 
 }  // namespace tavrel::jet

@@ -37,18 +37,18 @@ enum class UnknownWeights {
 std::optional<ByteVector> EncodeKeyColumn(const Column& column, const std::optional<ByteView>& stored,
                                           bool ascending, UnknownWeights unknown = UnknownWeights::Refuse);
 
-/// The same behind what `key` holds.  False: there is no key; what was appended then is to be dropped.
+/// The same, behind what `key` holds; false, and `key` as it was, where EncodeKeyColumn returns nothing.
 bool AppendKeyColumn(ByteVector& key, const Column& column, const std::optional<ByteView>& stored,
-                     bool ascending, UnknownWeights unknown);
+                     bool ascending, UnknownWeights unknown = UnknownWeights::Refuse);
 
 /// The key of a text by itself, as EncodeKeyColumn gives it for a Text column of that sort order (LCID).
 std::optional<ByteVector> EncodeTextKey(std::u16string_view text, std::uint16_t sortOrder,
                                         bool ascending = true,
                                         UnknownWeights unknown = UnknownWeights::Refuse);
 
-/// The same behind what `key` holds, as AppendKeyColumn does.
-bool AppendTextKey(ByteVector& key, std::u16string_view text, std::uint16_t sortOrder, bool ascending,
-                   UnknownWeights unknown);
+/// The same, behind what `key` holds; false, and `key` as it was, where EncodeTextKey returns nothing.
+bool AppendTextKey(ByteVector& key, std::u16string_view text, std::uint16_t sortOrder, bool ascending = true,
+                   UnknownWeights unknown = UnknownWeights::Refuse);
 
 /// True when the sort order's weights are known at all.
 bool IsKnownSortOrder(std::uint16_t sortOrder);

@@ -34,7 +34,7 @@ std::uint8_t Low(std::size_t value) {
 
 class TextKeyBuilder {
   public:
-    /// Appends to `key`, which must outlive this object.
+    /// The key goes behind what `key` holds.
     explicit TextKeyBuilder(ByteVector& key) : key_(key) { key_.push_back(kTextFollows); }
 
     /// False when a positional character stands too far behind for its place to be written.
@@ -106,16 +106,6 @@ bool IsKnownSortOrder(std::uint16_t sortOrder) {
     return Collation::Find(sortOrder) != nullptr;
 }
 
-std::optional<ByteVector> EncodeTextKey(std::u16string_view text, std::uint16_t sortOrder, bool ascending,
-                                        UnknownWeights unknown) {
-    std::optional<ByteVector> key(std::in_place);
-    key->reserve(2 * text.size() + 8);
-    if (!AppendTextKey(*key, text, sortOrder, ascending, unknown)) {
-        key.reset();
-    }
-    return key;
-}
-
 bool AppendTextKey(ByteVector& key, std::u16string_view text, std::uint16_t sortOrder, bool ascending,
                    UnknownWeights unknown) {
     const bool standIns = unknown == UnknownWeights::StandIn;
@@ -123,7 +113,7 @@ bool AppendTextKey(ByteVector& key, std::u16string_view text, std::uint16_t sort
     if (collation == nullptr && !standIns) {
         return false;
     }
-    const std::size_t start = key.size();
+    const std::size_t begin = key.size();
     text = text.substr(0, text.find_last_not_of(u' ') + 1);
     TextKeyBuilder builder(key);
     while (!text.empty()) {
@@ -131,17 +121,26 @@ bool AppendTextKey(ByteVector& key, std::u16string_view text, std::uint16_t sort
         if (!match && standIns) {
             builder.AddStandIn(text.front());
         } else if (!match || !builder.Add(match->weight)) {
+            key.resize(begin);
             return false;
         }
         text.remove_prefix(match ? match->units : 1);
     }
     builder.Finish();
     if (!ascending) {
-        const std::span<std::uint8_t> own = std::span(key).subspan(start);
-        std::ranges::transform(own, own.begin(), std::bit_not<std::uint8_t>());
+        const std::span<std::uint8_t> added = std::span(key).subspan(begin);
+        std::ranges::transform(added, added.begin(), std::bit_not<std::uint8_t>());
         key.push_back(kKeyEnd);
     }
     return true;
+}
+
+std::optional<ByteVector> EncodeTextKey(std::u16string_view text, std::uint16_t sortOrder, bool ascending,
+                                        UnknownWeights unknown) {
+    ByteVector key;
+    key.reserve(2 * text.size() + 8);
+    return AppendTextKey(key, text, sortOrder, ascending, unknown) ? std::optional(std::move(key))
+                                                                   : std::nullopt;
 }
 
 }  // namespace tavrel::jet

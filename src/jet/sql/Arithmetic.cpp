@@ -57,6 +57,10 @@ void SetDouble(Value& out, double result) {
     out = result;
 }
 
+bool StaysWhole(BinaryOperator op) {
+    return op == BinaryOperator::Add || op == BinaryOperator::Subtract || op == BinaryOperator::Multiply;
+}
+
 std::int64_t WholeResult(BinaryOperator op, std::int64_t left, std::int64_t right) {
     switch (op) {
         case BinaryOperator::Add:
@@ -144,6 +148,11 @@ void Calculate(BinaryOperator op, const Value& left, const Value& right, Value& 
     if (IsNull(left) || IsNull(right)) {
         out = Null{};
         return;
+    }
+    const auto* first = std::get_if<std::int64_t>(&left);
+    const auto* second = std::get_if<std::int64_t>(&right);
+    if (first != nullptr && second != nullptr && StaysWhole(op)) {
+        return SetLong(out, WholeResult(op, *first, *second));  // most columns are whole numbers
     }
     switch (ArithmeticType(op, TypeOf(left), TypeOf(right)).value_or(ColumnType::Double)) {
         case ColumnType::Long:

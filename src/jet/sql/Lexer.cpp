@@ -47,7 +47,7 @@ class Lexer {
   public:
     explicit Lexer(std::string_view statement) : rest_(statement) {}
 
-    std::vector<Token> Run() {
+    std::deque<Token> Run() {
         while (tokens_.empty() || !IsLast(tokens_.back().kind)) {
             tokens_.push_back(Next());
         }
@@ -108,16 +108,16 @@ class Lexer {
     /// `doubled`: the closing character written twice stands for itself.
     Token Quoted(TokenKind kind, char close, bool doubled) {
         std::string content;
-        for (std::size_t at = 1; at < rest_.size(); ++at) {
-            if (rest_[at] != close) {
-                content += rest_[at];
-            } else if (doubled && at + 1 < rest_.size() && rest_[at + 1] == close) {
-                content += rest_[at++];
-            } else {
-                Token token = Take(kind, at + 1);
-                token.text = std::move(content);
-                return token;
+        std::size_t from = 1;
+        for (std::size_t at = rest_.find(close, from); at != rest_.npos; at = rest_.find(close, from)) {
+            content += rest_.substr(from, at - from);
+            if (!doubled || at + 1 == rest_.size() || rest_[at + 1] != close) {
+                const std::string_view source = rest_.substr(0, at + 1);
+                rest_.remove_prefix(at + 1);
+                return {kind, source, std::move(content)};
             }
+            content += close;
+            from = at + 2;
         }
         return Take(TokenKind::OpenText, rest_.size());
     }
@@ -189,12 +189,12 @@ class Lexer {
     }
 
     std::string_view rest_;
-    std::vector<Token> tokens_;
+    std::deque<Token> tokens_;  ///< in small pieces, which memory is found for faster than for one that grows
 };
 
 }  // namespace
 
-std::vector<Token> Tokenize(std::string_view statement) {
+std::deque<Token> Tokenize(std::string_view statement) {
     return Lexer(statement).Run();
 }
 

@@ -122,6 +122,9 @@ std::vector<ExpressionPtr> Parser::ParseExpressions(std::int32_t emptyError) {
 
 ExpressionPtr Parser::ParseDisjunction() {
     const Level level(*this);
+    if (IsLoneLiteral()) {
+        return ParsePrimary();
+    }
     const std::size_t first = at_;
     ExpressionPtr left = ParseConjunction();
     while (IsWord("OR") || IsWord("XOR")) {

@@ -51,6 +51,12 @@ bool Parser::IsName(std::size_t ahead) const {
            (token.kind == TokenKind::Word && !IsReservedWord(token.text));
 }
 
+/// A number or a text that is a whole value, as most are that rows are filled with.
+bool Parser::IsLoneLiteral() const {
+    const TokenKind kind = Peek().kind;
+    return (kind == TokenKind::Number || kind == TokenKind::Text) && (IsSymbol(",", 1) || IsSymbol(")", 1));
+}
+
 bool Parser::AcceptWord(std::string_view word) {
     const bool found = IsWord(word);
     if (found) {

@@ -110,6 +110,7 @@ class Parser {
     /// `emptyError` is the number for a place where no expression begins at all.
     ExpressionPtr ParseExpression(std::int32_t emptyError);
     std::vector<ExpressionPtr> ParseExpressions(std::int32_t emptyError);
+    [[nodiscard]] bool IsLoneLiteral() const;
     ExpressionPtr ParseDisjunction();
     ExpressionPtr ParseConjunction();
     ExpressionPtr ParseNegation();
@@ -131,7 +132,7 @@ class Parser {
     ExpressionPtr CombineBinary(BinaryOperator op, ExpressionPtr left, ExpressionPtr right,
                                 std::size_t firstToken) const;
 
-    std::vector<Token> tokens_;
+    std::deque<Token> tokens_;
     std::size_t at_ = 0;
     std::size_t level_ = 0;
     std::size_t expressionStart_ = 0;  ///< token where the last outermost expression begins

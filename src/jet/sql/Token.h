@@ -2,9 +2,9 @@
 #pragma once
 
 #include <cstdint>
+#include <deque>
 #include <string>
 #include <string_view>
-#include <vector>
 
 namespace tavrel::jet::sql {
 
@@ -29,7 +29,7 @@ struct Token {
 
 /// All tokens, the last one End.  Never throws: what cannot be a token is OpenText or Unknown, and End
 /// follows it. The statement must outlive the tokens.
-std::vector<Token> Tokenize(std::string_view statement);
+std::deque<Token> Tokenize(std::string_view statement);
 
 /// True for words that can never be a bare name.
 bool IsReservedWord(std::string_view upperWord);

@@ -18,7 +18,7 @@ Page& Pager::Write(PageNumber number) {
     Frame& frame = Load(number);
     Remember(number, frame);
     if (frame.page.use_count() > 1) {
-        frame.page = std::make_shared<Page>(*frame.page);  // rule 1: holders keep what they hold
+        frame.page = pool_.Copy(*frame.page);  // rule 1: holders keep what they hold
     }
     MarkDirty(frame);
     frame.edition = ++editions_;
@@ -34,7 +34,7 @@ Page& Pager::Fresh(PageNumber number) {
             unit->Keep(number, {});
         }
         ++pageCount_;
-        return *Insert(number, std::make_shared<Page>(Page{}), true).page;
+        return *Insert(number, pool_.Copy(Page{}), true).page;
     }
     Page& page = Write(number);
     page.fill(0);
@@ -52,7 +52,7 @@ Pager::Frame& Pager::Load(PageNumber number) {
     if (number >= pageCount_) {
         ThrowDamaged("페이지 " + std::to_string(number) + "이(가) 파일 밖에 있음");
     }
-    auto page = std::make_shared<Page>();
+    std::shared_ptr<Page> page = pool_.Take();
     file_->ReadPage(number, *page);
     return Insert(number, std::move(page), false);
 }
@@ -61,7 +61,7 @@ Pager::Frame& Pager::Insert(PageNumber number, std::shared_ptr<Page> page, bool 
     MakeRoom();
     recent_.push_front(number);
     Frame& frame =
-        frames_.insert_or_assign(number, Frame{std::move(page), false, ++editions_, recent_.begin()})
+        frames_.insert_or_assign(number, Frame{std::move(page), false, ++editions_, 0, recent_.begin()})
             .first->second;
     if (dirty) {
         MarkDirty(frame);
@@ -87,9 +87,11 @@ void Pager::MarkClean(PageNumber number, Frame& frame) {
 }
 
 /// Keeps what the page was when the innermost unit began; the outer one takes it over when that ends.
-void Pager::Remember(PageNumber number, const Frame& frame) {
-    if (Unit* unit = Innermost()) {
+void Pager::Remember(PageNumber number, Frame& frame) {
+    Unit* unit = Innermost();
+    if (unit != nullptr && frame.keptIn != unit->number) {
         unit->Keep(number, {frame.page, frame.dirty});
+        frame.keptIn = unit->number;
     }
 }
 
@@ -127,9 +129,10 @@ void Pager::WriteDirty() {
     }
 }
 
-void Pager::Unit::Begin(PageNumber count) {
+void Pager::Unit::Begin(PageNumber count, std::uint64_t unit) {
     assert(!open);
     open = true;
+    number = unit;
     pageCount = count;
 }
 
@@ -140,12 +143,6 @@ void Pager::Unit::End() {
         before = {};  // clearing costs as much as there were pages once
     } else {
         before.clear();
-    }
-}
-
-void Pager::Unit::TakeOver(const Unit& inner) {
-    for (const auto& [number, image] : inner.before) {
-        Keep(number, image);
     }
 }
 
@@ -184,7 +181,7 @@ void Pager::RollBack(Unit& unit) {
 
 void Pager::BeginTransaction() {
     assert(!statement_.open && (InTransaction() || dirtyCount_ == 0));
-    transactions_.emplace_back().Begin(pageCount_);
+    transactions_.emplace_back().Begin(pageCount_, ++units_);
 }
 
 /// Rule 6.  Before the transaction every page was as in the file, so that its before-image is what stands
@@ -204,7 +201,7 @@ void Pager::WriteJournal(bool sync) {
 void Pager::CommitTransaction(bool sync) {
     assert(InTransaction() && !statement_.open);
     if (transactions_.size() > 1) {
-        const Unit inner = std::move(transactions_.back());
+        Unit inner = std::move(transactions_.back());
         transactions_.pop_back();
         transactions_.back().TakeOver(inner);
         return;

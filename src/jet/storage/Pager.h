@@ -26,6 +26,7 @@
 #include "jet/storage/Bytes.h"
 #include "jet/storage/Journal.h"
 #include "jet/storage/PageFile.h"
+#include "jet/storage/PagePool.h"
 
 namespace tavrel::jet {
 
@@ -69,7 +70,7 @@ class Pager {
     Page& Fresh(PageNumber number);
 
     /// REQUIRES: no statement is open.
-    void BeginStatement() { statement_.Begin(pageCount_); }
+    void BeginStatement() { statement_.Begin(pageCount_, ++units_); }
     void CommitStatement();
     void RollbackStatement() { RollBack(statement_); }
     [[nodiscard]] bool InStatement() const { return statement_.open; }
@@ -95,12 +96,13 @@ class Pager {
         std::shared_ptr<Page> page;
         bool dirty = false;
         std::uint64_t edition = 0;
+        std::uint64_t keptIn = 0;               ///< the last unit that has kept what the page was
         std::list<PageNumber>::iterator place;  ///< in recent_, when unchanged
     };
 
     Frame& Load(PageNumber number);
     Frame& Insert(PageNumber number, std::shared_ptr<Page> page, bool dirty);
-    void Remember(PageNumber number, const Frame& frame);
+    void Remember(PageNumber number, Frame& frame);
     void MarkDirty(Frame& frame);
     void MarkClean(PageNumber number, Frame& frame);
     void MakeRoom();
@@ -109,10 +111,12 @@ class Pager {
     std::unique_ptr<PageFile> file_;
     std::size_t limit_;
     PageNumber pageCount_;
+    PagePool pool_;
     std::unordered_map<PageNumber, Frame> frames_;
     std::list<PageNumber> recent_;  ///< unchanged pages, the most recently used first
     std::size_t dirtyCount_ = 0;
     std::uint64_t editions_ = 0;
+    std::uint64_t units_ = 0;
 
     struct BeforeImage {
         std::shared_ptr<Page> page;  ///< null: the page did not exist
@@ -121,13 +125,14 @@ class Pager {
     /// What the pages were when a unit began.
     struct Unit {
         bool open = false;
+        std::uint64_t number = 0;  ///< no other unit has it
         PageNumber pageCount = 0;
         std::unordered_map<PageNumber, BeforeImage> before;
 
-        void Begin(PageNumber count);
+        void Begin(PageNumber count, std::uint64_t unit);
         void End();
-        /// An inner unit that has ended becomes part of this one.
-        void TakeOver(const Unit& inner);
+        /// An inner unit that ends becomes part of this one: what this one has kept is older, and stays.
+        void TakeOver(Unit& inner) { before.merge(inner.before); }
         void Keep(PageNumber number, const BeforeImage& image) { before.try_emplace(number, image); }
     };
     /// The innermost unit that is open; null when there is none.

@@ -125,30 +125,53 @@ std::optional<ByteView> RowView::Field(std::size_t column) const {
 
 namespace {
 
-/// The variable values and their offsets: places[i] is where value i begins, the last one the end.
+std::size_t MaskBytes(const RowShape& shape) {
+    return (shape.ColumnNumbers() + 7) / 8;
+}
+
+/// A bit for each column that is not null; of a Boolean its value.
+void AppendMask(const RowShape& shape, const std::vector<std::optional<ByteVector>>& fields,
+                ByteVector& row) {
+    const std::size_t mask = row.size();
+    row.resize(mask + MaskBytes(shape));
+    for (std::size_t i = 0; i < fields.size(); ++i) {
+        const ColumnPlace& column = shape.Columns()[i];
+        if (fields[i] && (!column.boolean || (*fields[i])[0] != 0)) {
+            std::uint8_t& bits = row[mask + column.number / 8];
+            bits = static_cast<std::uint8_t>(bits | 1U << (column.number % 8));
+        }
+    }
+}
+
+/// The variable values and their offsets: that of the end first, that of the first value last.
 void AppendVariablePart(const RowShape& shape, const std::vector<std::optional<ByteVector>>& fields,
                         ByteVector& row) {
     std::vector<const ByteVector*> values(shape.VariableNumbers(), nullptr);
+    const std::size_t begin = row.size();
+    std::size_t end = begin;
     for (std::size_t i = 0; i < fields.size(); ++i) {
         const ColumnPlace& column = shape.Columns()[i];
         if (!column.fixed && fields[i]) {
             values[column.variableIndex] = &*fields[i];
+            end += fields[i]->size();
         }
     }
-    std::vector<std::size_t> places;
-    for (const ByteVector* value : values) {
-        places.push_back(row.size());
-        if (value != nullptr) {
-            AppendBytes(row, *value);
-        }
-    }
-    places.push_back(row.size());
-    if (row.size() > kMaxRowBytes) {
+    if (end > kMaxRowBytes) {
         throw MakeError(errors::kRecordTooLarge);
     }
-    for (auto place = places.rbegin(); place != places.rend(); ++place) {
-        AppendU16(row, static_cast<std::uint16_t>(*place));
+    std::size_t offset = end + 2 * values.size();
+    row.reserve(offset + 4 + MaskBytes(shape));
+    row.resize(offset + 2);
+    std::size_t place = begin;
+    for (const ByteVector* value : values) {
+        PutU16(row, offset, static_cast<std::uint16_t>(place));
+        offset -= 2;
+        if (value != nullptr) {
+            std::ranges::copy(*value, row.begin() + static_cast<std::ptrdiff_t>(place));
+            place += value->size();
+        }
     }
+    PutU16(row, offset, static_cast<std::uint16_t>(place));
     AppendU16(row, static_cast<std::uint16_t>(values.size()));
 }
 
@@ -157,23 +180,16 @@ void AppendVariablePart(const RowShape& shape, const std::vector<std::optional<B
 ByteVector BuildRow(const RowShape& shape, const std::vector<std::optional<ByteVector>>& fields) {
     ByteVector row(2 + shape.FixedBytes(), 0);
     PutU16(row, 0, static_cast<std::uint16_t>(shape.ColumnNumbers()));
-    ByteVector mask((shape.ColumnNumbers() + 7) / 8, 0);
     for (std::size_t i = 0; i < fields.size(); ++i) {
         const ColumnPlace& column = shape.Columns()[i];
-        const bool set = column.boolean ? fields[i] && (*fields[i])[0] != 0 : fields[i].has_value();
-        if (!set) {
-            continue;
-        }
-        mask[column.number / 8] =
-            static_cast<std::uint8_t>(mask[column.number / 8] | 1U << (column.number % 8));
-        if (column.fixed && !column.boolean) {
+        if (fields[i] && column.fixed && !column.boolean) {
             std::copy_n(fields[i]->begin(), column.length, row.begin() + 2 + column.offset);
         }
     }
     if (shape.VariableNumbers() > 0) {
         AppendVariablePart(shape, fields, row);
     }
-    AppendBytes(row, mask);
+    AppendMask(shape, fields, row);
     if (row.size() > kMaxRowBytes) {
         throw MakeError(errors::kRecordTooLarge);
     }

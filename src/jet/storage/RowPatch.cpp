@@ -8,6 +8,18 @@ namespace tavrel::jet {
 
 namespace {
 
+/// Where the fixed columns end.
+std::size_t FixedEnd(const RowView& row) {
+    return row.HasOffsets() ? row.VariableOffset(0) : row.OffsetTable();
+}
+
+/// The mask bit of a column that holds `bytes`, null or not.
+void PutMaskBit(std::uint8_t& bits, const ColumnPlace& place, const ByteVector* bytes) {
+    const bool set = bytes != nullptr && (!place.boolean || (*bytes)[0] != 0);
+    const auto bit = static_cast<std::uint8_t>(1U << place.number % 8);
+    bits = static_cast<std::uint8_t>(set ? bits | bit : bits & ~bit);
+}
+
 class Patch {
   public:
     Patch(const RowShape& shape, const RowView& row, ByteView bytes, std::span<const FieldBytes> fields,
@@ -49,7 +61,7 @@ class Patch {
     }
 
     void AppendFixedPart() {
-        const std::size_t end = row_.HasOffsets() ? row_.VariableOffset(0) : row_.OffsetTable();
+        const std::size_t end = FixedEnd(row_);
         if (end < 2 || end > row_.OffsetTable()) {
             ThrowDamaged("가변 열의 오프셋이 잘못됨");
         }
@@ -120,10 +132,7 @@ class Patch {
         }
         for (const FieldBytes& field : fields_) {
             const ColumnPlace& place = PlaceOf(field);
-            const bool set = field.bytes != nullptr && (!place.boolean || (*field.bytes)[0] != 0);
-            std::uint8_t& bits = out_[mask + place.number / 8];
-            const auto bit = static_cast<std::uint8_t>(1U << place.number % 8);
-            bits = static_cast<std::uint8_t>(set ? bits | bit : bits & ~bit);
+            PutMaskBit(out_[mask + place.number / 8], place, field.bytes);
         }
     }
 
@@ -138,6 +147,27 @@ class Patch {
 };
 
 }  // namespace
+
+bool FitsInPlace(const RowShape& shape, const RowView& row, std::span<const FieldBytes> fields) {
+    const std::size_t end = std::min(FixedEnd(row), row.OffsetTable());
+    return std::ranges::all_of(fields, [&](const FieldBytes& field) {
+        const ColumnPlace& place = shape.Columns()[field.place];
+        const bool inside = place.boolean || 2 + std::size_t{place.offset} + place.length <= end;
+        return place.fixed && field.bytes != nullptr && place.number < row.ColumnCount() && inside;
+    });
+}
+
+void PatchInPlace(const RowShape& shape, std::span<std::uint8_t> row, std::span<const FieldBytes> fields) {
+    const std::size_t mask = row.size() - (U16(row, 0) + 7U) / 8;
+    for (const FieldBytes& field : fields) {
+        const ColumnPlace& place = shape.Columns()[field.place];
+        PutMaskBit(row[mask + place.number / 8], place, field.bytes);
+        if (!place.boolean) {
+            std::copy_n(field.bytes->begin(), place.length,
+                        row.begin() + static_cast<std::ptrdiff_t>(2 + std::size_t{place.offset}));
+        }
+    }
+}
 
 void AppendPatchedRow(const RowShape& shape, const RowView& row, ByteView bytes,
                       std::span<const FieldBytes> fields, ByteVector& out) {

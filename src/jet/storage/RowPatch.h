@@ -13,6 +13,12 @@ struct FieldBytes {
     const ByteVector* bytes = nullptr;
 };
 
+/// True when the fields can be written into the row as it lies: fixed columns that it has room for, none of
+/// them null.
+bool FitsInPlace(const RowShape& shape, const RowView& row, std::span<const FieldBytes> fields);
+/// Writes them there.  REQUIRES: FitsInPlace.
+void PatchInPlace(const RowShape& shape, std::span<std::uint8_t> row, std::span<const FieldBytes> fields);
+
 /// Appends the row to `out`.  A row that is older than one of the fields' columns is brought up to the
 /// present number of columns.  Throws 3047 when it is too long for a page, 3428 when the old row's frame is
 /// impossible.
