@@ -2,7 +2,6 @@
 
 #include <cerrno>
 #include <iostream>
-#include <new>
 
 #include "cli/Output.h"
 #include "report/DisplayText.h"
@@ -31,22 +30,15 @@ bool NobodyReads() {
 
 /// Called from a handler: says what is being handled.
 void ComplainOfPresentException() {
-    constexpr std::int32_t kOutOfMemory = 7;
-    constexpr std::int32_t kInternal = 51;
     try {
         throw;
-    } catch (const Error& error) {
-        ComplainOf(error.Number(), error.Description());
     } catch (const std::ios_base::failure&) {
         if (!NobodyReads()) {
             ComplainOfNumber(errors::kDeviceFault);
         }
-    } catch (const std::bad_alloc&) {
-        ComplainOfNumber(kOutOfMemory);
-    } catch (const std::length_error&) {
-        ComplainOfNumber(kOutOfMemory);
-    } catch (const std::exception& error) {
-        ComplainOf(kInternal, std::string("내부 오류입니다. (") + error.what() + ")");
+    } catch (...) {
+        const Error error = PresentError();
+        ComplainOf(error.Number(), error.Description());
     }
 }
 

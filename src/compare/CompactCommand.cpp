@@ -66,8 +66,8 @@ void cmdCompact_Click(const CompactControls& controls) {
         messages.Show(
             {.text = done ? kDone : kFailed,
              .icon = done ? platform::MessageIcon::Information : platform::MessageIcon::Exclamation});
-    } catch (const Error& error) {
-        messages.Say(db::ProcedureErrorText(error, "cmdCompact_Click", "Form Form1"));
+    } catch (...) {
+        messages.Say(db::ProcedureErrorText(PresentError(), "cmdCompact_Click", "Form Form1"));
     }
 }
 

@@ -57,8 +57,8 @@ void CompareRun::cmdComp_Click() {
         if (controls_.AppCode.empty() || PrepareCopies(pathA, pathB)) {
             SnapshotAndCompare(pathA, pathB);
         }
-    } catch (const Error& error) {
-        controls_.messages->Say(db::ProcedureErrorText(error, procedure_, "Form Form1"));
+    } catch (...) {
+        controls_.messages->Say(db::ProcedureErrorText(PresentError(), procedure_, "Form Form1"));
     }
 }
 

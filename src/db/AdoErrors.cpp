@@ -11,8 +11,6 @@ namespace {
 
 using namespace adoErrors;
 
-constexpr std::int32_t kOutOfMemory = 7;
-
 /// ADO's own texts: the engine's table has other failures under these numbers, or none.
 constexpr ErrorText kTexts[] = {
     {kNoCurrentRecord,
@@ -53,9 +51,9 @@ void ThrowAsProvider() {
     } catch (const Error& error) {
         throw ProviderError(error);
     } catch (const std::bad_alloc&) {
-        throw MakeError(kOutOfMemory);
+        throw MakeError(errors::kOutOfMemory);
     } catch (const std::length_error&) {
-        throw MakeError(kOutOfMemory);
+        throw MakeError(errors::kOutOfMemory);
     }
 }
 

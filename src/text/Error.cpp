@@ -1,6 +1,7 @@
 #include "text/Error.h"
 
 #include <algorithm>
+#include <new>
 
 #include "text/ErrorTable.h"
 
@@ -43,6 +44,20 @@ Error MakeError(std::int32_t number, std::initializer_list<std::string_view> arg
         text.append(" (").append(reason).append(")");
     }
     return {number, text};
+}
+
+Error PresentError() {
+    try {
+        throw;
+    } catch (const Error& error) {
+        return error;
+    } catch (const std::bad_alloc&) {
+        return MakeError(errors::kOutOfMemory);
+    } catch (const std::length_error&) {
+        return MakeError(errors::kOutOfMemory);
+    } catch (const std::exception& error) {
+        return MakeError(errors::kInternal, {}, error.what());
+    }
 }
 
 }  // namespace tavrel

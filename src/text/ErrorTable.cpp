@@ -13,6 +13,7 @@ constexpr ErrorText kTable[] = {
     {7, "메모리가 부족합니다.", "Out of memory"},
     {11, "0으로 나누기 오류입니다.", "Division by zero"},
     {13, "형식이 일치하지 않습니다.", "Type mismatch"},
+    {51, "내부 오류입니다.", "Internal error"},
     {52, "파일 이름 또는 번호가 잘못되었습니다.", "Bad file name or number"},
     {53, "파일을 찾을 수 없습니다.", "File not found"},
     {57, "장치 입출력 오류입니다.", "Device I/O error"},

@@ -1,5 +1,6 @@
 #include "jet/index/Collation.h"
 
+#include <algorithm>
 #include <map>
 
 namespace tavrel::jet {
@@ -15,6 +16,16 @@ TextWeight WeightInRange(const WeightRange& range, char16_t unit) {
     const unsigned steps = (range.primary & 0xFFU) - kTrailFirst + unit - range.first;
     const unsigned lead = (range.primary >> 8) + steps / kTrails;
     return {unit, static_cast<std::uint16_t>(lead << 8 | (kTrailFirst + steps % kTrails))};
+}
+
+/// Full-width forms of the printable ASCII characters, and how far behind those they stand.
+constexpr UnitRange kFullWidth{0xFF01, 0xFF5E};
+constexpr unsigned kFullWidthStep = 0xFF01 - 0x21;
+
+/// The East Asian orders tell no difference of width: Chinese, Japanese, Korean.
+bool IgnoresWidth(std::uint16_t sortOrder) {
+    constexpr std::uint16_t kLanguages[] = {0x04, 0x11, 0x12};
+    return std::ranges::find(kLanguages, sortOrder & 0x3FFU) != std::end(kLanguages);
 }
 
 }  // namespace
@@ -47,6 +58,17 @@ Collation::Collation(const SortOrderRows& rows)
         for (const TextWeight& weight : layer->weights) {
             Put(weight);
         }
+    }
+    if (IgnoresWidth(rows.sortOrder)) {
+        PutFullWidth();
+    }
+}
+
+void Collation::PutFullWidth() {
+    for (std::uint32_t unit = kFullWidth.first; unit <= kFullWidth.last; ++unit) {
+        TextWeight weight = WeightOf(static_cast<char16_t>(unit - kFullWidthStep));
+        weight.unit = static_cast<char16_t>(unit);
+        Put(weight);
     }
 }
 

@@ -35,6 +35,8 @@ class Collation {
 
     void Put(const TextWeight& weight);
     void PutRange(const WeightRange& range);
+    /// Full-width forms weigh what the half-width ones do.
+    void PutFullWidth();
     [[nodiscard]] const TextWeight& WeightOf(char16_t unit) const {
         return blocks_[blockOf_[unit >> 8]][unit & 0xFF];
     }

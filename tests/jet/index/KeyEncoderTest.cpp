@@ -79,6 +79,11 @@ TEST(TextKeyTest, HangulSyllablesAscendBetweenDigitsAndLetters) {
     EXPECT_LT(last, TextKey(u"A", kSortKorean));
 }
 
+TEST(TextKeyTest, OnlyEastAsianOrdersIgnoreWidth) {
+    EXPECT_EQ(TextKey(u"Ａｂ２－（", kSortKorean), TextKey(u"aB2-(", kSortKorean));
+    EXPECT_EQ(TextKey(u"Ａ", 0x0409), "unknown");
+}
+
 TEST(TextKeyTest, CaseAndTrailingSpacesDoNotCount) {
     EXPECT_EQ(TextKey(u"Agud  ", kSortGeneral), TextKey(u"aGUD", kSortGeneral));
     EXPECT_NE(TextKey(u" Agud", kSortGeneral), TextKey(u"Agud", kSortGeneral));
