@@ -2,7 +2,7 @@
 
 #include "compare/CompactSwap.h"
 #include "db/DBEngine.h"
-#include "db/ErrorMessage.h"
+#include "text/ProcedureError.h"
 
 namespace tavrel::compare {
 
@@ -67,7 +67,7 @@ void cmdCompact_Click(const CompactControls& controls) {
             {.text = done ? kDone : kFailed,
              .icon = done ? platform::MessageIcon::Information : platform::MessageIcon::Exclamation});
     } catch (...) {
-        messages.Say(db::ProcedureErrorText(PresentError(), "cmdCompact_Click", "Form Form1"));
+        messages.Say(ProcedureErrorText(PresentError(), "cmdCompact_Click", "Form Form1"));
     }
 }
 

@@ -3,9 +3,9 @@
 #include "compare/PatchedCopies.h"
 #include "compare/SchemaSnapshot.h"
 #include "compare/StructureComparison.h"
-#include "db/ErrorMessage.h"
 #include "platform/FileSystem.h"
 #include "text/Error.h"
+#include "text/ProcedureError.h"
 
 namespace tavrel::compare {
 
@@ -58,7 +58,7 @@ void CompareRun::cmdComp_Click() {
             SnapshotAndCompare(pathA, pathB);
         }
     } catch (...) {
-        controls_.messages->Say(db::ProcedureErrorText(PresentError(), procedure_, "Form Form1"));
+        controls_.messages->Say(ProcedureErrorText(PresentError(), procedure_, "Form Form1"));
     }
 }
 

@@ -1,7 +1,7 @@
 #include "db/DatabaseOpening.h"
 
-#include "db/ErrorMessage.h"
 #include "text/Error.h"
+#include "text/ProcedureError.h"
 
 namespace tavrel::modCmpDB {
 
@@ -14,7 +14,7 @@ bool MyOpenDB(std::unique_ptr<db::Database>& db, const std::string& path, std::i
                               : engine.OpenDatabase(path, options, false, ";pwd=" + password);
         return true;
     } catch (const Error& error) {
-        messages.Say(db::ProcedureErrorText(error, "MyOpenDB", "Module modCmpDB"));
+        messages.Say(ProcedureErrorText(error, "MyOpenDB", "Module modCmpDB"));
         return false;
     }
 }

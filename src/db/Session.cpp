@@ -4,10 +4,10 @@
 
 #include "db/AdoErrors.h"
 #include "db/ConnectionString.h"
-#include "db/ErrorMessage.h"
 #include "db/NextCode.h"
 #include "jet/sql/AdoCodes.h"
 #include "jet/sql/Values.h"
+#include "text/ProcedureError.h"
 
 namespace tavrel::modDBsub {
 
@@ -114,7 +114,7 @@ bool DBChkExistence(std::int32_t kind, const std::string& table, const std::stri
         if (MeansMissing(error)) {
             return false;
         }
-        ShowMessage({.text = db::ProcedureErrorText(error, "DBChkExistence", "Module modDBUpdate_ADO")});
+        ShowMessage({.text = ProcedureErrorText(error, "DBChkExistence", "Module modDBUpdate_ADO")});
     }
     return true;
 }

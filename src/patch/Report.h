@@ -3,8 +3,8 @@
 
 #include <string_view>
 
-#include "db/ErrorMessage.h"
 #include "db/SessionHooks.h"
+#include "text/ProcedureError.h"
 
 namespace tavrel::patch {
 
@@ -14,7 +14,7 @@ inline constexpr std::string_view kUpdateModule = "Module FrmDBUpdate";
 
 /// "Error … in procedure … of Module …", an OK button and no icon.
 inline void ReportFailure(const Error& error, std::string_view procedure, std::string_view place) {
-    modDBsub::ShowMessage({.text = db::ProcedureErrorText(error, procedure, place)});
+    modDBsub::ShowMessage({.text = ProcedureErrorText(error, procedure, place)});
 }
 
 }  // namespace tavrel::patch

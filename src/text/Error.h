@@ -38,8 +38,8 @@ const ErrorText* FindErrorText(std::int32_t number);
 Error MakeError(std::int32_t number, std::initializer_list<std::string_view> arguments = {},
                 std::string_view reason = {});
 
-/// Called from a handler: what is being handled, as an Error.  A lack of memory is 7; what nobody expected is 51,
-/// with its reason.
+/// Called from a handler: what is being handled, as an Error.  A lack of memory is 7; what nobody expected is
+/// 51, with its reason.
 Error PresentError();
 
 // Numbers that the code raises or asks for by name.  Those below 100 are the run-time's, the others the

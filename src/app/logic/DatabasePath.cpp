@@ -1,8 +1,8 @@
 #include "app/logic/DatabasePath.h"
 
-#include "db/ErrorMessage.h"
 #include "platform/FileSystem.h"
 #include "text/Case.h"
+#include "text/ProcedureError.h"
 
 namespace tavrel::app {
 
@@ -42,7 +42,7 @@ bool ValidateDbPath(const std::string& path, platform::TextField& field, platfor
     try {
         fault = Fault(path);
     } catch (const Error& error) {
-        fault = db::ProcedureErrorText(error, "ValidateDbPath", "Form Form1");
+        fault = ProcedureErrorText(error, "ValidateDbPath", "Form Form1");
     }
     if (fault.empty()) {
         return true;
