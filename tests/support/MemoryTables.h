@@ -20,6 +20,7 @@ struct MemoryTable : public jet::sql::TableAccess {
     [[nodiscard]] const std::vector<jet::sql::TableColumn>& Columns() const override { return columns; }
     [[nodiscard]] const std::vector<jet::sql::TableIndex>& Indexes() const override { return indexes; }
     [[nodiscard]] std::uint64_t RowCount() const override;
+    [[nodiscard]] std::uint64_t RowEstimate() const override { return claimedRows.value_or(RowCount()); }
     std::unique_ptr<jet::sql::RowReader> Scan(std::span<const std::size_t> wanted) override;
     std::unique_ptr<jet::sql::IndexCursor> OpenIndex(std::size_t index,
                                                      std::span<const std::size_t> wanted) override;
@@ -32,7 +33,8 @@ struct MemoryTable : public jet::sql::TableAccess {
     std::vector<std::optional<Row>> rows;  ///< a row's id is its place; nothing = deleted
     std::int32_t nextNumber = 1;
     bool toleratesChanges = true;
-    bool refusesSeeks = false;  ///< as if every key held a character without weight
+    std::optional<std::uint64_t> claimedRows;  ///< what plans are made for, in place of the true count
+    bool refusesSeeks = false;                 ///< as if every key held a character without weight
     const jet::sql::TextComparer* texts = nullptr;
     std::size_t scans = 0, seeks = 0, rowsRead = 0;
 };

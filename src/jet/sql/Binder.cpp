@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "jet/sql/CompileQuery.h"
+#include "jet/sql/SameTree.h"
 #include "jet/sql/SqlErrors.h"
 #include "jet/sql/SubqueryNodes.h"
 #include "text/Case.h"
@@ -71,6 +72,7 @@ NodePtr Binder::BindColumn(const Expression& expression) {
         return MakeConstant(Null{});
     }
     (found.scope == &scope_ ? mask_ : found.scope->touched) |= SourceMask{1} << found.source;
+    outside_ |= found.scope != &scope_;
     if (found.scope->grouping != nullptr) {
         GroupKey* key = found.scope->grouping->FindKey(found);
         if (key == nullptr) {
@@ -138,6 +140,7 @@ NodePtr Binder::BindQuery(const Expression& expression) {
     scope_.touched = 0;
     auto plan = CompileQuery(context_, *expression.query, &scope_);
     mask_ |= scope_.touched;
+    outside_ |= plan->correlated;
     if (expression.kind == ExpressionKind::Exists) {
         return MakeExists(std::move(plan));
     }
@@ -161,7 +164,8 @@ NodePtr Binder::BindGroupKey(const Expression& expression) {
 
 bool Binder::Same(const Expression& a, const Expression& b) const {
     if (a.kind != b.kind || a.op != b.op || a.negated != b.negated || a.literal != b.literal ||
-        a.arguments.size() != b.arguments.size() || a.query != nullptr || b.query != nullptr) {
+        a.arguments.size() != b.arguments.size() || (a.query == nullptr) != (b.query == nullptr) ||
+        (a.query != nullptr && !SameQuery(*a.query, *b.query))) {
         return false;
     }
     if (a.kind == ExpressionKind::Column) {

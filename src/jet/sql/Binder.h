@@ -21,6 +21,9 @@ class Binder {
     NodePtr Bind(const Expression& expression);
     /// The sources of the scope that were spoken of since the last call.
     SourceMask TakeMask() { return std::exchange(mask_, 0); }
+    /// Whether a query round this one was, or may have been, spoken of since the last call: masks tell of
+    /// this scope only.
+    bool TakeOutside() { return std::exchange(outside_, false); }
 
     /// From now on expressions speak of groups.  REQUIRES: the grouping outlives the binder's nodes.
     void BindGroups(Grouping& grouping) { scope_.grouping = &grouping; }
@@ -44,6 +47,7 @@ class Binder {
     Context& context_;
     Scope& scope_;
     SourceMask mask_ = 0;
+    bool outside_ = false;
     std::int32_t mismatch_ = errors::kTypeMismatch;
 };
 

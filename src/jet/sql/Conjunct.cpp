@@ -57,6 +57,7 @@ class ConjunctMaker {
 
     SourceMask MaskOf(const Expression& expression, StaticType* type = nullptr) {
         binder_.TakeMask();
+        binder_.TakeOutside();
         const NodePtr node = binder_.Bind(expression);
         if (type != nullptr) {
             *type = node->Type();
@@ -68,7 +69,9 @@ class ConjunctMaker {
         const Expression& left = *expression.arguments[0];
         const Expression& right = *expression.arguments[1];
         conjunct_.leftMask = MaskOf(left, &conjunct_.leftType);
+        conjunct_.leftOutside = binder_.TakeOutside();
         conjunct_.rightMask = MaskOf(right, &conjunct_.rightType);
+        conjunct_.rightOutside = binder_.TakeOutside();
         conjunct_.equality = expression.op == BinaryOperator::Equal;
         conjunct_.joins = conjunct_.equality && conjunct_.leftMask != 0 && conjunct_.rightMask != 0 &&
                           (conjunct_.leftMask & conjunct_.rightMask) == 0;

@@ -25,6 +25,7 @@ struct Conjunct {
     /// An equality of two sides that each speak of other sources: keys of a join.
     bool joins = false;
     SourceMask leftMask = 0, rightMask = 0;
+    bool leftOutside = false, rightOutside = false;  ///< a side speaks of a query round this one, too
     StaticType leftType, rightType;
 };
 

@@ -275,13 +275,13 @@ void Planner::Read(Unit& unit) {
 }
 
 /// A correlated query is opened for row after row of the outer one: equalities with what that row holds
-/// become keys.
+/// become keys.  The side that is kept as key must stay the same for all of those rows.
 RowStreamPtr Planner::ScanByKey(Source& source, SourceMask mask, Conjuncts conditions) {
     const TextComparer& texts = GetContext().Texts();
     KeyedRows wanted{KeyWriter(texts), KeyWriter(texts), {}};
     for (const Conjunct& condition : conditions) {
-        const bool left = condition.leftMask == mask && condition.rightMask == 0;
-        const bool right = condition.rightMask == mask && condition.leftMask == 0;
+        const bool left = condition.leftMask == mask && !condition.leftOutside && condition.rightMask == 0;
+        const bool right = condition.rightMask == mask && !condition.rightOutside && condition.leftMask == 0;
         if (binder_.GetScope().reachedOut && condition.equality && left != right) {
             const KeyMode mode = KeyModeOf(condition.leftType, condition.rightType);
             wanted.key.Add(binder_.Bind(*condition.expression->arguments[left ? 0 : 1]), mode);

@@ -118,6 +118,19 @@ INSTANTIATE_TEST_SUITE_P(
         Answer{"SELECT item.grp + 1 AS g FROM item GROUP BY grp + 1 ORDER BY g DESC", "3;2;~"},
         Answer{"SELECT grp FROM item GROUP BY item.grp ORDER BY COUNT(*) DESC, 1", "1;~;2"},
         Answer{"SELECT grp FROM item WHERE 1 = 2 GROUP BY grp", ""},
+        // A query is one and the same wherever it is repeated.
+        Answer{
+            "SELECT (SELECT title FROM grp WHERE code = item.grp) AS t, COUNT(*) FROM item GROUP BY (SELECT "
+            "title FROM grp WHERE code = item.grp) ORDER BY (SELECT title FROM grp WHERE code = item.grp)",
+            "~|1;one|2;two|1"},
+        Answer{
+            "SELECT grp IN (SELECT g.code FROM grp AS g WHERE g.title LIKE 'o%'), MAX(qty) FROM item WHERE "
+            "grp IS NOT NULL GROUP BY Grp IN (SELECT G.Code FROM GRP AS g WHERE g.title LIKE 'o%')",
+            "-1|10;0|30"},
+        Answer{
+            "SELECT 1 + SUM((SELECT MAX(code) FROM grp)) FROM item HAVING SUM((SELECT MAX(code) FROM grp)) "
+            "> 0",
+            "13"},
         Answer{"SELECT COUNT(*) + 1 FROM item HAVING COUNT(*) > 3", "5"},
         Answer{"SELECT DISTINCT grp FROM item", "~;1;2"},
         Answer{"SELECT DISTINCT sold, grp FROM item ORDER BY grp DESC, sold", "0|2;-1|1;0|1;-1|~"},
@@ -238,6 +251,9 @@ TEST(Query, RefusesWithTheEnginesNumbers) {
         {"SELECT SUM(code) FROM item", 3464, kCannotConvert},
         {"SELECT code, COUNT(*) FROM item", 3122, kErrorsOccurred},
         {"SELECT * FROM item GROUP BY code", 3122, kErrorsOccurred},
+        {"SELECT (SELECT MIN(code) FROM grp WHERE code > qty) FROM item GROUP BY (SELECT MAX(code) FROM grp "
+         "WHERE code > qty)",
+         3122, kErrorsOccurred},
         {"SELECT code FROM item GROUP BY code ORDER BY qty", 3122, kErrorsOccurred},
         {"SELECT grp, (SELECT COUNT(*) FROM grp WHERE grp.code = item.qty) FROM item GROUP BY grp", 3122,
          kErrorsOccurred},

@@ -39,6 +39,9 @@ class RandomQueries {
             for (std::size_t row = Below(12); row > 0; --row) {
                 database_.Table(name).rows.push_back(RandomRow());
             }
+            if (Below(2) == 0) {
+                database_.Table(name).claimedRows = Below(2) == 0 ? 1 : 100000;  // other plans
+            }
             for (const char* columns : {"(k)", "(s, k)", "(d DESC)"}) {
                 if (Below(2) == 0) {
                     database_.Run("CREATE INDEX i" + std::to_string(columns[1]) + " ON " + name + columns);
