@@ -31,6 +31,7 @@ class Command {
 
 std::unique_ptr<Command> MakeSchemaCommand();
 std::unique_ptr<Command> MakeCompareCommand();
+std::unique_ptr<Command> MakeScriptCommand();
 std::unique_ptr<Command> MakePatchCommand();
 std::unique_ptr<Command> MakeTablesCommand();
 std::unique_ptr<Command> MakeRowsCommand();

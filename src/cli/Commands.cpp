@@ -4,9 +4,10 @@ namespace tavrel::cli {
 
 std::vector<std::unique_ptr<Command>> AllCommands() {
     using Maker = std::unique_ptr<Command> (*)();
-    constexpr Maker kMakers[] = {MakeSchemaCommand, MakeCompareCommand, MakePatchCommand,  MakeTablesCommand,
-                                 MakeRowsCommand,   MakeSqlCommand,     MakeInfoCommand,   MakeCheckCommand,
-                                 MakeDumpCommand,   MakeCompactCommand, MakeCreateCommand, MakeDemoCommand};
+    constexpr Maker kMakers[] = {MakeSchemaCommand, MakeCompareCommand, MakeScriptCommand,  MakePatchCommand,
+                                 MakeTablesCommand, MakeRowsCommand,    MakeSqlCommand,     MakeInfoCommand,
+                                 MakeCheckCommand,  MakeDumpCommand,    MakeCompactCommand, MakeCreateCommand,
+                                 MakeDemoCommand};
     std::vector<std::unique_ptr<Command>> commands;
     for (const Maker make : kMakers) {
         commands.push_back(make());
