@@ -1,0 +1,41 @@
+// A lack of memory before the program begins.  Static objects of the libraries take memory, too, and what
+// they throw then nobody can catch: the user is to get the message and the exit code that every other lack of
+// memory has.
+#include <cstdio>
+#include <cstdlib>
+#include <exception>
+#include <new>
+
+#include "cli/Command.h"
+
+namespace tavrel::cli {
+namespace {
+
+std::terminate_handler gUsual = nullptr;
+
+[[noreturn]] void SayAndEnd() {
+    try {
+        if (std::current_exception()) {
+            throw;
+        }
+    } catch (const std::bad_alloc&) {
+        std::fputs("오류 7: 메모리가 부족합니다.\n", stderr);
+        std::_Exit(static_cast<int>(ExitCode::Failed));
+    } catch (...) {
+        // As without us.
+    }
+    gUsual();
+    std::abort();
+}
+
+struct Installed {
+    Installed() { gUsual = std::set_terminate(SayAndEnd); }
+};
+
+#ifdef __GNUC__
+[[gnu::init_priority(101)]]  // before the objects of all other sources
+#endif
+const Installed kInstalled;
+
+}  // namespace
+}  // namespace tavrel::cli
