@@ -7,11 +7,14 @@ foreach(suffix -posix "")
   if(NOT CMAKE_CXX_COMPILER)
     find_program(CMAKE_CXX_COMPILER ${triple}-g++${suffix})
   endif()
+  if(NOT CMAKE_C_COMPILER)
+    find_program(CMAKE_C_COMPILER ${triple}-gcc${suffix})
+  endif()
 endforeach()
 set(CMAKE_RC_COMPILER ${triple}-windres)
 
 # Programs come from this machine, libraries and headers from the other one.
-set(CMAKE_FIND_ROOT_PATH /usr/${triple})
+set(CMAKE_FIND_ROOT_PATH /usr/${triple} ${TAVREL_WINDOWS_QT})
 set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
 set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
@@ -19,3 +22,6 @@ set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
 
 # The run-time libraries go into the program: it is one file to copy.
 set(CMAKE_EXE_LINKER_FLAGS_INIT "-static")
+
+# The folder of the static Qt, where the window is built too; what cmake tries out needs it as well.
+list(APPEND CMAKE_TRY_COMPILE_PLATFORM_VARIABLES TAVREL_WINDOWS_QT)

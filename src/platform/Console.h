@@ -12,7 +12,8 @@ enum class Stream { Output, Error };
 bool IsTerminal(Stream stream);
 /// Columns of the terminal; 80 when there is none.
 int TerminalWidth();
-/// The command line as UTF-8, program name first, and the console set to take UTF-8.
+/// The command line as UTF-8, program name first, and the console set to take UTF-8 and colours until the
+/// program ends.
 std::vector<std::string> CommandLine(int argc, char** argv);
 
 }  // namespace tavrel::platform

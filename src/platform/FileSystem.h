@@ -21,10 +21,10 @@ std::uint64_t FileSize(const std::string& path);
 void DeleteFileIfThere(const std::string& path);
 /// Creates a folder; fine when it exists already.
 void MakeFolder(const std::string& path);
-/// Replaces `to` by `from` in one step; both must be on one volume.
+/// Replaces `to` by `from` in one step; both must be on one volume.  On Windows the access list of a `to`
+/// that is there stays, as a file carries it there that has one of its own.
 void ReplaceFile(const std::string& from, const std::string& to);
-/// Gives `to` the permissions of `from`, where a file carries its own: Windows hands them down from the
-/// folder.
+/// Gives `to` the permissions of `from`: mode and owner, on Windows the access list.
 void CopyPermissions(const std::string& from, const std::string& to);
 /// Where the path leads when links are followed; the path itself when there is none.
 std::string FollowLinks(const std::string& path);

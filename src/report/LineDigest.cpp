@@ -66,10 +66,7 @@ void LineDigest::Add(std::string line) {
 }
 
 void LineDigest::Spill() {
-    TemporaryFile file(std::tmpfile());
-    if (!file) {
-        throw MakeError(errors::kDiskFull);
-    }
+    platform::TemporaryFile file = platform::OpenTemporaryFile();
     std::sort(lines_.begin(), lines_.end());
     for (const std::string& line : lines_) {
         WriteLine(file.get(), line);
@@ -93,7 +90,7 @@ std::string LineDigest::HexDigest() {
         Hash(hash, line);
     }
     std::priority_queue<Head, std::vector<Head>, Later> heads;
-    for (const TemporaryFile& run : runs_) {
+    for (const platform::TemporaryFile& run : runs_) {
         Head head{.line = {}, .run = run.get()};
         if (ReadLine(head.run, head.line)) {
             heads.push(std::move(head));

@@ -3,10 +3,10 @@
 #pragma once
 
 #include <cstdint>
-#include <cstdio>
-#include <memory>
 #include <string>
 #include <vector>
+
+#include "platform/TemporaryFile.h"
 
 namespace tavrel::report {
 
@@ -23,18 +23,13 @@ class LineDigest {
     std::string HexDigest();
 
   private:
-    struct CloseFile {
-        void operator()(std::FILE* file) const { std::fclose(file); }
-    };
-    using TemporaryFile = std::unique_ptr<std::FILE, CloseFile>;
-
     void Spill();
 
     std::size_t memoryLimit_;
     std::size_t bytes_ = 0;
     std::uint64_t count_ = 0;
     std::vector<std::string> lines_;
-    std::vector<TemporaryFile> runs_;
+    std::vector<platform::TemporaryFile> runs_;
 };
 
 }  // namespace tavrel::report

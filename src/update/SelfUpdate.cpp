@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "platform/FileSystem.h"
+#include "platform/Http.h"
 #include "platform/ProgramFile.h"
 #include "text/LeadingNumber.h"
 #include "update/Download.h"
@@ -48,6 +49,9 @@ bool FetchCompanion(const update::RunningProgram& program, const std::string& na
 bool AutoUpdaterSelfUpdate(const update::RunningProgram& program, platform::MessageBox& messages) {
     const update::ResumeAfterError resume(messages, "AutoUpdaterSelfUpdate",
                                           "Module modAutoUpdateV1_Launcher");
+    for (const char* name : {kUpdateChecker, kFileReplacer}) {
+        platform::RemoveBrokenDownload(program.PathOf(name));
+    }
     const std::string local = program.PathOf(kUpdateChecker);
     std::string localRevision = "0";
     if (resume.Ask([&] { return platform::FileExists(local); })) {

@@ -1,50 +1,125 @@
-#ifndef _WIN32
 #include "support/LoopbackServer.h"
 
-#include <arpa/inet.h>
+#include <cstdio>
 #include <stdexcept>
+#include <utility>
+
+#ifdef _WIN32
+#include <winsock2.h>
+#else
+#include <arpa/inet.h>
 #include <sys/socket.h>
 #include <unistd.h>
-#include <utility>
+#endif
 
 namespace tavrel::testing {
 
 namespace {
 
+#ifdef _WIN32
+using SocketLength = int;
+constexpr int kNoSignal = 0;
+constexpr int kBothWays = SD_BOTH;
+
+void CloseSocket(std::intptr_t socket) {
+    ::closesocket(static_cast<SOCKET>(socket));
+}
+void StartSockets() {
+    static WSADATA data = {};
+    static const int started = ::WSAStartup(MAKEWORD(2, 2), &data);
+    static_cast<void>(started);
+}
+#else
+using SocketLength = socklen_t;
+using SOCKET = int;
+constexpr int kNoSignal = MSG_NOSIGNAL;
+constexpr int kBothWays = SHUT_RDWR;
+
+void CloseSocket(std::intptr_t socket) {
+    ::close(static_cast<SOCKET>(socket));
+}
+void StartSockets() {}
+#endif
+
 /// The other side may be gone: that is what some tests are about.
-bool Send(int connection, const std::string& bytes) {
-    return ::send(connection, bytes.data(), bytes.size(), MSG_NOSIGNAL) == static_cast<ssize_t>(bytes.size());
+bool Send(std::intptr_t connection, const std::string& bytes) {
+    std::size_t sent = 0;
+    while (sent < bytes.size()) {
+        const auto count = ::send(static_cast<SOCKET>(connection), bytes.data() + sent,
+                                  static_cast<SocketLength>(bytes.size() - sent), kNoSignal);
+        if (count <= 0) {
+            return false;
+        }
+        sent += static_cast<std::size_t>(count);
+    }
+    return true;
 }
 
-std::string ReadHead(int connection) {
+std::string ReadHead(std::intptr_t connection) {
     std::string head;
     char byte = 0;
-    while (!head.ends_with("\r\n\r\n") && ::recv(connection, &byte, 1, 0) == 1) {
+    while (!head.ends_with("\r\n\r\n") && ::recv(static_cast<SOCKET>(connection), &byte, 1, 0) == 1) {
         head += byte;
     }
     return head;
 }
 
+std::string HeadOf(const HttpReply& reply) {
+    std::string head = "HTTP/1.1 " + std::to_string(reply.status) + " x\r\nConnection: close\r\n";
+    if (!reply.location.empty()) {
+        head += "Location: " + reply.location + "\r\n";
+    }
+    if (reply.end == ReplyEnd::Length) {
+        head += "Content-Length: " + std::to_string(reply.announced.value_or(reply.body.size())) + "\r\n";
+    } else if (reply.end != ReplyEnd::Nothing) {
+        head += "Transfer-Encoding: chunked\r\n";
+    }
+    return head + "\r\n";
+}
+
+std::string BodyOf(const HttpReply& reply) {
+    if (reply.end == ReplyEnd::Length || reply.end == ReplyEnd::Nothing) {
+        return reply.body;
+    }
+    char size[32] = {};
+    static_cast<void>(std::snprintf(size, sizeof size, "%zx\r\n", reply.body.size()));
+    return size + reply.body + "\r\n" + (reply.end == ReplyEnd::Chunks ? "0\r\n\r\n" : "");
+}
+
 }  // namespace
 
-LoopbackServer::LoopbackServer() : listener_(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
+LoopbackServer::LoopbackServer() {
+    StartSockets();
+    listener_ = static_cast<Socket>(::socket(AF_INET, SOCK_STREAM, 0));
     sockaddr_in address = {};
     address.sin_family = AF_INET;
-    address.sin_addr.s_addr = ::htonl(INADDR_LOOPBACK);
-    socklen_t size = sizeof address;
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    SocketLength size = sizeof address;
     auto* generic = reinterpret_cast<sockaddr*>(&address);
-    if (::bind(listener_, generic, size) != 0 || ::listen(listener_, 8) != 0 ||
-        ::getsockname(listener_, generic, &size) != 0) {
+    const auto listener = static_cast<SOCKET>(listener_);
+    if (::bind(listener, generic, size) != 0 || ::listen(listener, 8) != 0 ||
+        ::getsockname(listener, generic, &size) != 0) {
         throw std::runtime_error("no loopback server");
     }
-    host_ = "127.0.0.1:" + std::to_string(::ntohs(address.sin_port));
+    host_ = "127.0.0.1:" + std::to_string(ntohs(address.sin_port));
     thread_ = std::thread([this] { Serve(); });
 }
 
 LoopbackServer::~LoopbackServer() {
-    ::shutdown(listener_, SHUT_RDWR);
+    {
+        const std::lock_guard lock(mutex_);
+        ends_ = true;
+    }
+    changed_.notify_all();
+    // What waits for a connection returns on the one system when told, on the other when the socket is gone.
+    ::shutdown(static_cast<SOCKET>(listener_), kBothWays);
+#ifdef _WIN32
+    CloseSocket(listener_);
     thread_.join();
-    ::close(listener_);
+#else
+    thread_.join();
+    CloseSocket(listener_);
+#endif
 }
 
 void LoopbackServer::Answer(const std::string& path, HttpReply reply) {
@@ -59,12 +134,14 @@ std::vector<std::string> LoopbackServer::TakeRequests() {
 
 void LoopbackServer::Serve() {
     for (;;) {
-        const int connection = ::accept4(listener_, nullptr, nullptr, SOCK_CLOEXEC);
+        const auto connection =
+            static_cast<Socket>(::accept(static_cast<SOCKET>(listener_), nullptr, nullptr));
         if (connection < 0) {
             return;
         }
         Converse(connection);
-        ::close(connection);
+        ::shutdown(static_cast<SOCKET>(connection), kBothWays);
+        CloseSocket(connection);
     }
 }
 
@@ -76,23 +153,38 @@ HttpReply LoopbackServer::ReplyTo(const std::string& head) {
     return found != replies_.end() ? found->second : HttpReply{.status = 404, .body = "99 not here"};
 }
 
-void LoopbackServer::Converse(int connection) {
-    const HttpReply reply = ReplyTo(ReadHead(connection));
-    std::string head = "HTTP/1.1 " + std::to_string(reply.status) + " x\r\nConnection: close\r\n";
-    if (!reply.location.empty()) {
-        head += "Location: " + reply.location + "\r\n";
+void LoopbackServer::Hang() {
+    std::unique_lock lock(mutex_);
+    const int mine = ++hung_;
+    changed_.wait_for(lock, std::chrono::minutes(1), [&] { return ends_ || released_ >= mine; });
+}
+
+void LoopbackServer::StopHanging() {
+    {
+        const std::lock_guard lock(mutex_);
+        released_ = hung_;
     }
-    head += "Content-Length: " + std::to_string(reply.announced.value_or(reply.body.size())) + "\r\n\r\n";
-    bool heard = Send(connection, head);
-    if (reply.pause.count() == 0) {
-        Send(connection, reply.body);
+    changed_.notify_all();
+}
+
+void LoopbackServer::Converse(Socket connection) {
+    const HttpReply reply = ReplyTo(ReadHead(connection));
+    if (reply.hangsFirst) {
+        Hang();
         return;
     }
-    for (std::size_t i = 0; heard && i < reply.body.size(); ++i) {
+    const std::string body = BodyOf(reply);
+    bool heard = Send(connection, HeadOf(reply));
+    if (reply.pause.count() == 0) {
+        Send(connection, body);
+    }
+    for (std::size_t i = 0; reply.pause.count() != 0 && heard && i < body.size(); ++i) {
         std::this_thread::sleep_for(reply.pause);
-        heard = Send(connection, reply.body.substr(i, 1));
+        heard = Send(connection, body.substr(i, 1));
+    }
+    if (reply.hangsLater) {
+        Hang();
     }
 }
 
 }  // namespace tavrel::testing
-#endif

@@ -1,4 +1,5 @@
 // The update check against a real server.
+#include "platform/File.h"
 #include "update/Download.h"
 #include "update/SelfUpdate.h"
 #include "update/UpdateFixture.h"
@@ -7,7 +8,9 @@ namespace tavrel::update {
 namespace {
 
 using modAutoUpdateV1_Launcher::AutoUpdaterSelfUpdate;
+using modAutoUpdateV1_Launcher::DownloadFile;
 using tavrel::testing::HttpReply;
+using tavrel::testing::ReplyEnd;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 using ::testing::UnorderedElementsAre;
@@ -48,6 +51,8 @@ const VersionCase kVersionCases[] = {
     {"not there", {.status = 404, .body = "99"}, nullptr, false, false, true},
     {"server error", {.status = 500, .body = "99"}, nullptr, false, false, true},
     {"cut off", {.body = "9", .announced = 3}, nullptr, false, false, true},
+    {"redirection to nowhere", {.status = 302, .body = "99"}, nullptr, false, false, true},
+    {"not all of it", {.status = 206, .body = "99"}, nullptr, false, false, true},
 };
 
 TEST_F(SelfUpdate, ComparesTheCheckerWithThePublishedNumber) {
@@ -102,6 +107,67 @@ TEST_F(SelfUpdate, LeavesPlacesAloneThatAWholeFileDoesNotReach) {
     EXPECT_EQ(Read("Brixel.exe"), "old replacer");
     EXPECT_THAT(FilesThere(), UnorderedElementsAre("Sorvane.exe", "Brixel.exe"));
     EXPECT_THAT(messages.texts, IsEmpty());
+}
+
+TEST_F(SelfUpdate, TakesOnlyAWholeAnswerForAProgram) {
+    const struct {
+        const char* what;
+        HttpReply reply;
+        bool taken;
+    } cases[] = {
+        {"whole", {.body = "new"}, true},
+        {"in pieces", {.body = "new", .end = ReplyEnd::Chunks}, true},
+        {"without the last piece", {.body = "new", .end = ReplyEnd::NoChunk}, false},
+        {"does not say where it ends", {.body = "new", .end = ReplyEnd::Nothing}, false},
+        {"cut off", {.body = "new", .announced = 4}, false},
+        {"empty", {.body = ""}, false},
+        {"no content", {.status = 204}, false},
+        {"a part", {.status = 206, .body = "new"}, false},
+        {"redirection to nowhere", {.status = 302, .body = "new"}, false},
+        {"not there", {.status = 404, .body = "new"}, false},
+        {"server error", {.status = 500, .body = "new"}, false},
+    };
+    for (const auto& example : cases) {
+        SCOPED_TRACE(example.what);
+        Write("program", "old");
+        server.Answer("/", example.reply);
+        EXPECT_EQ(DownloadFile("http://" + server.Host() + "/", folder.File("program")), example.taken);
+        EXPECT_EQ(Read("program"), example.taken ? "new" : "old");
+        EXPECT_THAT(FilesThere(), ElementsAre("program"));
+    }
+}
+
+TEST_F(SelfUpdate, RemovesWhatABrokenDownloadLeft) {
+    Publish("Sorvane_lastver.txt", {.body = "0"});
+    Write("Sorvane.exe.part", "half");
+    Write("Brixel.exe.part", "half");
+    Write("other.part", "mine");
+    EXPECT_TRUE(AutoUpdaterSelfUpdate(Program(), messages));
+    EXPECT_THAT(FilesThere(), ElementsAre("other.part"));
+
+    Write("program.part", "another program's");
+    const auto held = platform::OpenFile(folder.File("program.part"), platform::FileAccess::ReadWrite);
+    server.Answer("/", {.body = "new"});
+    EXPECT_FALSE(DownloadFile("http://" + server.Host() + "/", folder.File("program")));
+    EXPECT_THAT(FilesThere(), UnorderedElementsAre("other.part", "program.part"));
+}
+
+TEST_F(SelfUpdate, GivesUpAServerThatHangs) {
+    const std::string url = "http://" + server.Host() + "/";
+    const HttpReply replies[] = {{.hangsFirst = true}, {.body = "12", .announced = 30, .hangsLater = true}};
+    for (const HttpReply& reply : replies) {
+        server.Answer("/", reply);
+        const auto start = std::chrono::steady_clock::now();
+        if (reply.hangsFirst) {
+            EXPECT_EQ(modAutoUpdateV1_Launcher::OpenUrl(url), "");
+        } else {
+            EXPECT_FALSE(DownloadFile(url, folder.File("program")));
+        }
+        EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(20));
+        EXPECT_THAT(FilesThere(), IsEmpty());
+        // It converses with one at a time.
+        server.StopHanging();
+    }
 }
 
 TEST_F(SelfUpdate, GoesOnBehindAnError) {

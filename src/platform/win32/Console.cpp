@@ -1,5 +1,6 @@
 #include "platform/Console.h"
 
+#include <iterator>
 #include <memory>
 
 #include "platform/win32/SystemError.h"
@@ -12,6 +13,60 @@ constexpr int kDefaultWidth = 80;
 
 HANDLE HandleOf(Stream stream) {
     return ::GetStdHandle(stream == Stream::Output ? STD_OUTPUT_HANDLE : STD_ERROR_HANDLE);
+}
+
+/// The console as this program found it.  It outlives the program, so the next one gets it back as it was.
+class ConsoleState {
+  public:
+    ConsoleState() : codePage_(::GetConsoleOutputCP()) {
+        ::SetConsoleOutputCP(CP_UTF8);
+        for (std::size_t i = 0; i < std::size(kStreams); ++i) {
+            DWORD mode = 0;
+            hasMode_[i] = ::GetConsoleMode(HandleOf(kStreams[i]), &mode) != 0;
+            modes_[i] = mode;
+        }
+        for (std::size_t i = 0; i < std::size(kStreams); ++i) {
+            // Colours come as escape sequences, which a console takes only when told so.
+            if (hasMode_[i]) {
+                ::SetConsoleMode(HandleOf(kStreams[i]), modes_[i] | ENABLE_VIRTUAL_TERMINAL_PROCESSING);
+            }
+        }
+        ::SetConsoleCtrlHandler(&OnInterrupt, TRUE);
+    }
+    ConsoleState(const ConsoleState&) = delete;
+    ConsoleState& operator=(const ConsoleState&) = delete;
+    ~ConsoleState() { Restore(); }
+
+    void Restore() const {
+        for (std::size_t i = 0; i < std::size(kStreams); ++i) {
+            if (hasMode_[i]) {
+                ::SetConsoleMode(HandleOf(kStreams[i]), modes_[i]);
+            }
+        }
+        if (codePage_ != 0) {
+            ::SetConsoleOutputCP(codePage_);
+        }
+    }
+
+  private:
+    static constexpr Stream kStreams[] = {Stream::Output, Stream::Error};
+
+    /// Ctrl+C ends the program without its destructors; ending it stays the system's affair.
+    static BOOL WINAPI OnInterrupt(DWORD event);
+
+    UINT codePage_;
+    bool hasMode_[std::size(kStreams)] = {};
+    DWORD modes_[std::size(kStreams)] = {};
+};
+
+const ConsoleState& TakeConsole() {
+    static const ConsoleState state;
+    return state;
+}
+
+BOOL WINAPI ConsoleState::OnInterrupt(DWORD /*event*/) {
+    TakeConsole().Restore();
+    return FALSE;
 }
 
 struct LocalMemory {
@@ -36,12 +91,7 @@ int TerminalWidth() {
 }
 
 std::vector<std::string> CommandLine(int argc, char** argv) {
-    ::SetConsoleOutputCP(CP_UTF8);
-    // Colours come as escape sequences, which a console takes only when told so.
-    DWORD mode = 0;
-    if (::GetConsoleMode(HandleOf(Stream::Output), &mode)) {
-        ::SetConsoleMode(HandleOf(Stream::Output), mode | ENABLE_VIRTUAL_TERMINAL_PROCESSING);
-    }
+    TakeConsole();
     int count = 0;
     const std::unique_ptr<LPWSTR[], LocalMemory> words(::CommandLineToArgvW(::GetCommandLineW(), &count));
     if (!words) {

@@ -114,7 +114,7 @@ void RefuseFolder(const std::wstring& widePath, const std::string& path) {
 }  // namespace
 
 std::unique_ptr<File> OpenFile(const std::string& path, FileAccess access) {
-    const std::wstring widePath = Wide(path);
+    const std::wstring widePath = WidePath(path);
     const OpenMode mode = ModeOf(access);
     const HANDLE handle = ::CreateFileW(widePath.c_str(), mode.access, mode.sharing, nullptr,
                                         mode.disposition, FILE_ATTRIBUTE_NORMAL, nullptr);

@@ -8,7 +8,7 @@ namespace {
 
 /// The name's attributes; INVALID_FILE_ATTRIBUTES when there is no such name.
 DWORD LookUp(const std::string& path) {
-    const DWORD attributes = ::GetFileAttributesW(Wide(path).c_str());
+    const DWORD attributes = ::GetFileAttributesW(WidePath(path).c_str());
     if (attributes == INVALID_FILE_ATTRIBUTES) {
         const DWORD code = ::GetLastError();
         if (code != ERROR_FILE_NOT_FOUND && code != ERROR_PATH_NOT_FOUND) {
@@ -17,6 +17,53 @@ DWORD LookUp(const std::string& path) {
     }
     return attributes;
 }
+
+/// Who may do what with a file.
+class AccessList {
+  public:
+    explicit AccessList(const std::string& path) {
+        const DWORD code =
+            ::GetNamedSecurityInfoW(WidePath(path).c_str(), SE_FILE_OBJECT, DACL_SECURITY_INFORMATION,
+                                    nullptr, nullptr, &list_, nullptr, &descriptor_);
+        if (code != ERROR_SUCCESS && !IsUnknownThere(code)) {
+            throw SystemError(code, path);
+        }
+    }
+    AccessList(const AccessList&) = delete;
+    AccessList& operator=(const AccessList&) = delete;
+    ~AccessList() { ::LocalFree(descriptor_); }
+
+    [[nodiscard]] ACL* Get() const { return list_; }
+    /// It says more than the folder hands down.  False where the file system keeps no lists.
+    [[nodiscard]] bool IsTheFilesOwn() const {
+        if (descriptor_ == nullptr || list_ == nullptr || IsProtected()) {
+            return list_ != nullptr;
+        }
+        for (DWORD i = 0; i < list_->AceCount; ++i) {
+            void* entry = nullptr;
+            if (::GetAce(list_, i, &entry) &&
+                (static_cast<ACE_HEADER*>(entry)->AceFlags & INHERITED_ACE) == 0) {
+                return true;
+            }
+        }
+        return false;
+    }
+    [[nodiscard]] bool IsProtected() const {
+        SECURITY_DESCRIPTOR_CONTROL control = 0;
+        DWORD revision = 0;
+        return ::GetSecurityDescriptorControl(descriptor_, &control, &revision) &&
+               (control & SE_DACL_PROTECTED) != 0;
+    }
+
+  private:
+    static bool IsUnknownThere(DWORD code) {
+        return code == ERROR_INVALID_FUNCTION || code == ERROR_NOT_SUPPORTED ||
+               code == ERROR_CALL_NOT_IMPLEMENTED;
+    }
+
+    PSECURITY_DESCRIPTOR descriptor_ = nullptr;
+    ACL* list_ = nullptr;
+};
 
 }  // namespace
 
@@ -33,7 +80,7 @@ bool FolderExists(const std::string& path) {
 
 std::uint64_t FileSize(const std::string& path) {
     WIN32_FILE_ATTRIBUTE_DATA data = {};
-    if (!::GetFileAttributesExW(Wide(path).c_str(), GetFileExInfoStandard, &data)) {
+    if (!::GetFileAttributesExW(WidePath(path).c_str(), GetFileExInfoStandard, &data)) {
         throw LastSystemError(path);
     }
     if ((data.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0) {
@@ -43,7 +90,7 @@ std::uint64_t FileSize(const std::string& path) {
 }
 
 void DeleteFileIfThere(const std::string& path) {
-    if (::DeleteFileW(Wide(path).c_str())) {
+    if (::DeleteFileW(WidePath(path).c_str())) {
         return;
     }
     const DWORD code = ::GetLastError();
@@ -53,7 +100,7 @@ void DeleteFileIfThere(const std::string& path) {
 }
 
 void MakeFolder(const std::string& path) {
-    if (::CreateDirectoryW(Wide(path).c_str(), nullptr)) {
+    if (::CreateDirectoryW(WidePath(path).c_str(), nullptr)) {
         return;
     }
     const DWORD code = ::GetLastError();
@@ -63,14 +110,31 @@ void MakeFolder(const std::string& path) {
 }
 
 void ReplaceFile(const std::string& from, const std::string& to) {
+    if (FileExists(from) && FileExists(to)) {
+        CopyPermissions(to, from);
+    }
     constexpr DWORD kHow = MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH;
-    if (!::MoveFileExW(Wide(from).c_str(), Wide(to).c_str(), kHow)) {
+    if (!::MoveFileExW(WidePath(from).c_str(), WidePath(to).c_str(), kHow)) {
         const DWORD code = ::GetLastError();
         throw SystemError(code, FileExists(from) ? to : from);
     }
 }
 
-void CopyPermissions(const std::string& /*from*/, const std::string& /*to*/) {}
+void CopyPermissions(const std::string& from, const std::string& to) {
+    const AccessList list(from);
+    if (!list.IsTheFilesOwn()) {
+        return;  // `to` has the same from the folder; on a shared drive it may not even be set
+    }
+    // What the folder hands down, it hands down to `to` as well, unless `from` was cut off from that.
+    const SECURITY_INFORMATION what =
+        DACL_SECURITY_INFORMATION |
+        (list.IsProtected() ? PROTECTED_DACL_SECURITY_INFORMATION : UNPROTECTED_DACL_SECURITY_INFORMATION);
+    const DWORD code = ::SetNamedSecurityInfoW(WidePath(to).data(), SE_FILE_OBJECT, what, nullptr, nullptr,
+                                               list.Get(), nullptr);
+    if (code != ERROR_SUCCESS) {
+        throw SystemError(code, to);
+    }
+}
 
 std::string FollowLinks(const std::string& path) {
     return path;

@@ -7,8 +7,10 @@
 namespace tavrel::platform {
 namespace {
 
-/// Keeps the process's handle in the record, so that it can be waited for.
-constexpr ULONG kKeepProcessHandle = SEE_MASK_NOCLOSEPROCESS;
+/// Keeps the process's handle in the record, so that it can be waited for; and a file that is missing or no
+/// program opens no box of the shell's, which would hold the start up.
+constexpr ULONG kKeepHandleAndSilence = SEE_MASK_NOCLOSEPROCESS | SEE_MASK_FLAG_NO_UI;
+constexpr std::int32_t kNoProgram = 5;
 
 /// A path with blanks is one word of a command line only between quotation marks.
 std::wstring Word(const std::wstring& path) {
@@ -23,6 +25,9 @@ void StartCommandLine(std::wstring line, ShowCommand show, const std::string& pr
     PROCESS_INFORMATION process = {};
     if (!::CreateProcessW(nullptr, line.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup,
                           &process)) {
+        if (::GetLastError() == ERROR_BAD_EXE_FORMAT) {
+            throw MakeError(kNoProgram, {}, program + ": 실행 파일이 아님");
+        }
         throw LastSystemError(program);
     }
     ::CloseHandle(process.hThread);
@@ -38,7 +43,7 @@ void ShellExecuteAndWait(const ShellExecution& execution) {
     const std::string directory = AnsiText(execution.directory);
     SHELLEXECUTEINFOA record = {};
     record.cbSize = sizeof record;
-    record.fMask = kKeepProcessHandle;
+    record.fMask = kKeepHandleAndSilence;
     record.hwnd = reinterpret_cast<HWND>(execution.ownerWindow);
     record.lpVerb = verb.c_str();
     record.lpFile = file.c_str();

@@ -55,6 +55,21 @@ std::string Narrow(std::wstring_view wide) {
     return utf8;
 }
 
+std::wstring WidePath(const std::string& path) {
+    // A folder must leave room for a short name in it.
+    constexpr std::size_t kLongest = MAX_PATH - 13;
+    std::wstring wide = Wide(path);
+    if (wide.size() < kLongest || wide.starts_with(L"\\\\?\\")) {
+        return wide;
+    }
+    std::wstring full(::GetFullPathNameW(wide.c_str(), 0, nullptr, nullptr), L'\0');
+    full.resize(::GetFullPathNameW(wide.c_str(), static_cast<DWORD>(full.size()), full.data(), nullptr));
+    if (full.empty()) {
+        return wide;
+    }
+    return full.starts_with(L"\\\\") ? L"\\\\?\\UNC" + full.substr(1) : L"\\\\?\\" + full;
+}
+
 Error SystemError(std::uint32_t code, const std::string& path) {
     const auto* meaning = std::ranges::find(kMeanings, code, &Meaning::code);
     const bool listed = meaning != std::ranges::end(kMeanings);

@@ -12,6 +12,10 @@ namespace tavrel::platform {
 std::wstring Wide(std::string_view utf8);
 std::string Narrow(std::wstring_view wide);
 
+/// A path for the system's calls: one that is too long for them as it stands goes in the form without that bound,
+/// from the root.
+std::wstring WidePath(const std::string& path);
+
 /// The error for `code` (as GetLastError gives it) met at `path`.
 Error SystemError(std::uint32_t code, const std::string& path);
 

@@ -10,6 +10,7 @@
 #endif
 #include <windows.h>
 // After windows.h, which declares what it uses.
+#include <aclapi.h>
 #include <shellapi.h>
 
 #undef ReplaceFile
