@@ -1,4 +1,6 @@
-# One room of the house = one static library tavrel-<name> made of every source below src/<name>.
+# One room of the house = one static library made of every source below its folder: src/jet/table is tavrel-jet-table.
+# A room is linked against the rooms that it names, and what it includes comes from those, and from what stands below
+# them, or the build fails.
 
 set(CMAKE_CXX_STANDARD 20)
 set(CMAKE_CXX_STANDARD_REQUIRED ON)
@@ -46,13 +48,50 @@ function(tavrel_sources out folder)
   set(${out} ${found} PARENT_SCOPE)
 endfunction()
 
-function(tavrel_room name)
-  tavrel_sources(sources ${name})
-  add_library(tavrel-${name} STATIC ${sources})
-  target_link_libraries(tavrel-${name} PUBLIC tavrel-options)
+# What the room of a folder is called.
+function(tavrel_room_name out folder)
+  string(REPLACE "/" "-" name "tavrel-${folder}")
+  set(${out} ${name} PARENT_SCOPE)
+endfunction()
+
+# A room's rooms: those named, and those that they may use.
+function(tavrel_rooms_below out)
+  set(below)
   foreach(room IN LISTS ARGN)
-    target_link_libraries(tavrel-${name} PUBLIC tavrel-${room})
+    get_property(further GLOBAL PROPERTY "TAVREL_BELOW_${room}")
+    list(APPEND below "${room}" ${further})
   endforeach()
+  list(REMOVE_DUPLICATES below)
+  set(${out} ${below} PARENT_SCOPE)
+endfunction()
+
+# The arrows of a target's sources are looked at whenever one of them has changed.
+function(tavrel_check_arrows target folder)
+  file(GLOB_RECURSE looked CONFIGURE_DEPENDS "${CMAKE_SOURCE_DIR}/src/${folder}/*.h" "${CMAKE_SOURCE_DIR}/src/${folder}/*.cpp")
+  string(REPLACE ";" "," allowed "${ARGN}")
+  set(stamp "${CMAKE_BINARY_DIR}/arrows/${target}")
+  add_custom_command(OUTPUT "${stamp}"
+    COMMAND "${CMAKE_COMMAND}" -DFOLDER=${folder} -DALLOWED=${allowed} -DSTAMP=${stamp}
+      -P "${CMAKE_SOURCE_DIR}/cmake/CheckArrows.cmake"
+    DEPENDS ${looked} "${CMAKE_SOURCE_DIR}/cmake/CheckArrows.cmake"
+    WORKING_DIRECTORY "${CMAKE_SOURCE_DIR}/src"
+    COMMENT "Looking at the arrows of ${folder}" VERBATIM)
+  add_custom_target(${target}-arrows DEPENDS "${stamp}")
+  add_dependencies(${target} ${target}-arrows)
+endfunction()
+
+function(tavrel_room folder)
+  tavrel_room_name(name ${folder})
+  tavrel_sources(sources ${folder})
+  add_library(${name} STATIC ${sources})
+  target_link_libraries(${name} PUBLIC tavrel-options)
+  foreach(room IN LISTS ARGN)
+    tavrel_room_name(other ${room})
+    target_link_libraries(${name} PUBLIC ${other})
+  endforeach()
+  tavrel_rooms_below(below ${ARGN})
+  set_property(GLOBAL PROPERTY "TAVREL_BELOW_${folder}" "${below}")
+  tavrel_check_arrows(${name} ${folder} ${folder} ${below})
 endfunction()
 
 function(tavrel_program program folder)
@@ -60,6 +99,9 @@ function(tavrel_program program folder)
   add_executable(${program} ${sources})
   target_link_libraries(${program} PRIVATE tavrel-options)
   foreach(room IN LISTS ARGN)
-    target_link_libraries(${program} PRIVATE tavrel-${room})
+    tavrel_room_name(other ${room})
+    target_link_libraries(${program} PRIVATE ${other})
   endforeach()
+  tavrel_rooms_below(below ${ARGN})
+  tavrel_check_arrows(${program} ${folder} ${folder} ${below})
 endfunction()

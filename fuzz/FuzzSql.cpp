@@ -6,8 +6,8 @@
 #include <filesystem>
 #include <string_view>
 
-#include "jet/engine/Check.h"
-#include "jet/engine/EditSession.h"
+#include "jet/check/Check.h"
+#include "jet/session/EditSession.h"
 #include "platform/FileSystem.h"
 #include "support/MemoryFile.h"
 

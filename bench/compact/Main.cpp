@@ -12,8 +12,8 @@
 #include <unistd.h>
 
 #include "Samples.h"
-#include "jet/engine/compact/Compact.h"
-#include "jet/engine/compact/DatabaseCopy.h"
+#include "jet/compact/Compact.h"
+#include "jet/compact/DatabaseCopy.h"
 
 namespace {
 

@@ -3,8 +3,8 @@
 #include <sqlite3.h>
 #include <stdexcept>
 
-#include "jet/engine/Database.h"
-#include "jet/engine/TableWriter.h"
+#include "jet/database/Database.h"
+#include "jet/define/TableWriter.h"
 
 namespace tavrel::bench {
 

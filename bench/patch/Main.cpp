@@ -16,7 +16,7 @@
 #include "Sample.h"
 #include "SqliteReplay.h"
 #include "db/Session.h"
-#include "patch/UpdateLog.h"
+#include "patch/log/UpdateLog.h"
 
 namespace {
 

@@ -3,7 +3,7 @@
 #include <cstdio>
 
 #include "db/Session.h"
-#include "jet/engine/Database.h"
+#include "jet/database/Database.h"
 #include "patch/Modules.h"
 #include "patch/Runner.h"
 #include "patch/base/BaseDatabase.h"

@@ -1,5 +1,5 @@
 #include "Contestant.h"
-#include "jet/engine/EditSession.h"
+#include "jet/session/EditSession.h"
 
 namespace tavrel::bench {
 

@@ -5,7 +5,7 @@
 #include <optional>
 #include <string>
 
-#include "jet/engine/Database.h"
+#include "jet/database/Database.h"
 
 namespace tavrel::cli {
 

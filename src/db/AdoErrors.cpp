@@ -3,7 +3,7 @@
 #include <new>
 #include <stdexcept>
 
-#include "jet/sql/AdoCodes.h"
+#include "db/AdoCodes.h"
 
 namespace tavrel::db {
 
@@ -43,7 +43,7 @@ Error AdoError(std::int32_t number) {
 }
 
 ProviderError::ProviderError(const Error& engine)
-    : Error(jet::sql::AdoNumber(engine), engine.Description()), engineNumber_(engine.Number()) {}
+    : Error(AdoNumber(engine), engine.Description()), engineNumber_(engine.Number()) {}
 
 void ThrowAsProvider() {
     try {

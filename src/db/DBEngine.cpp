@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "db/ConnectText.h"
-#include "jet/engine/Database.h"
+#include "jet/database/Database.h"
 #include "text/Case.h"
 
 namespace tavrel::db {

@@ -7,7 +7,7 @@
 #include <string>
 
 #include "db/TableDefs.h"
-#include "jet/engine/compact/Compact.h"
+#include "jet/compact/Compact.h"
 
 namespace tavrel::db {
 

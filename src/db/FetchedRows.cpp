@@ -6,7 +6,7 @@
 #include <type_traits>
 #include <utility>
 
-#include "jet/sql/Execute.h"
+#include "jet/sql/statement/Execute.h"
 
 namespace tavrel::db {
 

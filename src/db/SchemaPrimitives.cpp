@@ -4,7 +4,7 @@
 #include <array>
 
 #include "db/Session.h"
-#include "jet/sql/NumberText.h"
+#include "jet/sql/values/NumberText.h"
 
 namespace tavrel::modDBsub_ADO {
 

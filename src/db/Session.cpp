@@ -2,11 +2,11 @@
 
 #include <algorithm>
 
+#include "db/AdoCodes.h"
 #include "db/AdoErrors.h"
 #include "db/ConnectionString.h"
 #include "db/NextCode.h"
-#include "jet/sql/AdoCodes.h"
-#include "jet/sql/Values.h"
+#include "jet/sql/values/Values.h"
 #include "text/ProcedureError.h"
 
 namespace tavrel::modDBsub {
@@ -39,7 +39,7 @@ jet::Value FirstValue(StatementKind kind, const std::string& statement) {
 
 /// The provider's errors for a column, a statement or a table that makes no sense to it.
 bool MeansMissing(const Error& error) {
-    using namespace jet::sql::adoNumbers;
+    using namespace adoNumbers;
     constexpr std::int32_t kNumbers[] = {kParameterMissing, kErrorsInCommand, kNoTable};
     return std::ranges::find(kNumbers, error.Number()) != std::end(kNumbers);
 }

@@ -1,9 +1,9 @@
 #include "db/StatementRunner.h"
 
-#include "jet/engine/EditSession.h"
-#include "jet/engine/SessionTable.h"
-#include "jet/sql/TableChanges.h"
-#include "jet/sql/TextComparer.h"
+#include "jet/session/EditSession.h"
+#include "jet/session/SessionTable.h"
+#include "jet/sql/statement/TableChanges.h"
+#include "jet/sql/values/TextComparer.h"
 
 namespace tavrel::db {
 

@@ -6,7 +6,7 @@
 #include <string_view>
 
 #include "db/ConnectionString.h"
-#include "jet/sql/Execute.h"
+#include "jet/sql/statement/Execute.h"
 
 namespace tavrel::db {
 

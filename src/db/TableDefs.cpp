@@ -1,7 +1,7 @@
 #include "db/TableDefs.h"
 
 #include "db/DBEngine.h"
-#include "jet/engine/Database.h"
+#include "jet/database/Database.h"
 
 namespace tavrel::db {
 

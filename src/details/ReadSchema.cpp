@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "jet/engine/Database.h"
+#include "jet/database/Database.h"
 #include "text/Case.h"
 
 namespace tavrel::details {

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "jet/catalog/ColumnType.h"
-#include "jet/engine/Schema.h"
+#include "jet/catalog/Schema.h"
 
 namespace tavrel::details {
 

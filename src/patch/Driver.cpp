@@ -6,7 +6,7 @@
 
 #include "db/AdoErrors.h"
 #include "db/Session.h"
-#include "patch/Report.h"
+#include "patch/log/Report.h"
 #include "text/LeadingNumber.h"
 
 namespace tavrel::patch {

@@ -4,8 +4,8 @@
 #include <string>
 
 #include "db/Session.h"
-#include "patch/Report.h"
 #include "patch/TableStatement.h"
+#include "patch/log/Report.h"
 #include "patch/repair/Repairs.h"
 
 namespace tavrel::patch {

@@ -4,7 +4,7 @@
 #include <ostream>
 #include <string_view>
 
-#include "jet/engine/Check.h"
+#include "jet/check/Check.h"
 #include "report/TextTable.h"
 
 namespace tavrel::report {

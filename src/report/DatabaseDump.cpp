@@ -2,7 +2,7 @@
 
 #include <set>
 
-#include "jet/engine/RowCursor.h"
+#include "jet/catalog/RowCursor.h"
 #include "report/JsonWriter.h"
 #include "report/LineDigest.h"
 #include "report/LocalTables.h"

@@ -4,7 +4,7 @@
 
 #include <ostream>
 
-#include "jet/engine/Database.h"
+#include "jet/database/Database.h"
 #include "platform/Dialogs.h"
 
 namespace tavrel::report {

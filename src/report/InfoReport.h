@@ -3,7 +3,7 @@
 
 #include <ostream>
 
-#include "jet/engine/Database.h"
+#include "jet/database/Database.h"
 #include "report/TextTable.h"
 
 namespace tavrel::report {

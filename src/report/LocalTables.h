@@ -3,7 +3,7 @@
 
 #include <vector>
 
-#include "jet/engine/Database.h"
+#include "jet/database/Database.h"
 
 namespace tavrel::report {
 

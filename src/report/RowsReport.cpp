@@ -1,6 +1,6 @@
 #include "report/RowsReport.h"
 
-#include "jet/engine/RowCursor.h"
+#include "jet/catalog/RowCursor.h"
 #include "report/CsvWriter.h"
 #include "report/ValueText.h"
 

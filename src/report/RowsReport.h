@@ -4,7 +4,7 @@
 #include <ostream>
 #include <string_view>
 
-#include "jet/engine/Database.h"
+#include "jet/database/Database.h"
 
 namespace tavrel::report {
 

@@ -3,7 +3,7 @@
 
 #include <ostream>
 
-#include "jet/engine/Database.h"
+#include "jet/database/Database.h"
 
 namespace tavrel::report {
 

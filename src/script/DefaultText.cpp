@@ -2,10 +2,10 @@
 
 #include <algorithm>
 
-#include "jet/sql/Defaults.h"
-#include "jet/sql/Parser.h"
-#include "jet/sql/TableChanges.h"
-#include "jet/sql/TextComparer.h"
+#include "jet/sql/statement/Defaults.h"
+#include "jet/sql/statement/TableChanges.h"
+#include "jet/sql/syntax/Parser.h"
+#include "jet/sql/values/TextComparer.h"
 #include "jet/storage/FileHeader.h"
 #include "text/Error.h"
 

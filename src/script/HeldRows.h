@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <string>
 
-#include "jet/engine/Database.h"
+#include "jet/database/Database.h"
 
 namespace tavrel::script {
 

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <array>
 
-#include "jet/sql/Token.h"
-#include "jet/sql/TypeNames.h"
+#include "jet/sql/syntax/Token.h"
+#include "jet/sql/syntax/TypeNames.h"
 #include "text/Case.h"
 #include "text/Utf.h"
 

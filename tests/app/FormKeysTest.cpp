@@ -6,7 +6,7 @@
 #include <gmock/gmock.h>
 
 #include "app/FormFixture.h"
-#include "jet/engine/Database.h"
+#include "jet/database/Database.h"
 #include "support/TemporaryFolder.h"
 
 namespace tavrel::app {

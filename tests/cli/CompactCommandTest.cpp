@@ -8,7 +8,7 @@
 
 #include <gmock/gmock.h>
 
-#include "jet/engine/Check.h"
+#include "jet/check/Check.h"
 #include "support/DatabaseBuilder.h"
 #include "support/RunProgram.h"
 #include "support/TemporaryFolder.h"

@@ -6,7 +6,7 @@
 #include "compare/CompareRun.h"
 #include "compare/Headless.h"
 #include "compare/SchemaSnapshot.h"
-#include "jet/engine/Database.h"
+#include "jet/database/Database.h"
 #include "support/Corpus.h"
 #include "support/TemporaryFolder.h"
 

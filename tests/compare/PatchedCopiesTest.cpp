@@ -9,7 +9,7 @@
 #include "compare/PatchedCopies.h"
 #include "compare/Products.h"
 #include "db/Session.h"
-#include "jet/engine/Database.h"
+#include "jet/database/Database.h"
 #include "patch/base/BaseDatabase.h"
 #include "platform/FileSystem.h"
 #include "support/DatabaseBuilder.h"

@@ -6,7 +6,7 @@
 #include <gtest/gtest.h>
 
 #include "db/DatabaseOpening.h"
-#include "jet/engine/Database.h"
+#include "jet/database/Database.h"
 #include "support/Corpus.h"
 #include "support/TemporaryFolder.h"
 #include "text/Case.h"

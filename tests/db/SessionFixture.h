@@ -9,7 +9,7 @@
 #include "db/AdoErrors.h"
 #include "db/SchemaPrimitives.h"
 #include "db/Session.h"
-#include "jet/engine/Check.h"
+#include "jet/check/Check.h"
 #include "support/DatabaseBuilder.h"
 #include "support/JetTools.h"
 #include "support/TemporaryFolder.h"

@@ -12,8 +12,8 @@
 
 #include <gmock/gmock.h>
 
-#include "jet/engine/Database.h"
-#include "jet/engine/TableWriter.h"
+#include "jet/database/Database.h"
+#include "jet/define/TableWriter.h"
 #include "support/Corpus.h"
 #include "support/Mutations.h"
 #include "support/TemporaryFolder.h"

@@ -7,12 +7,12 @@
 #include <vector>
 
 #include "db/Session.h"
-#include "jet/engine/Check.h"
-#include "jet/engine/Database.h"
+#include "jet/check/Check.h"
+#include "jet/database/Database.h"
 #include "patch/Modules.h"
 #include "patch/Runner.h"
-#include "patch/UpdateLog.h"
 #include "patch/base/BaseDatabase.h"
+#include "patch/log/UpdateLog.h"
 #include "support/JetTools.h"
 #include "support/TemporaryFolder.h"
 

@@ -10,8 +10,8 @@
 #include <string>
 #include <vector>
 
-#include "jet/engine/Database.h"
-#include "jet/engine/TableWriter.h"
+#include "jet/database/Database.h"
+#include "jet/define/TableWriter.h"
 
 namespace tavrel::testing {
 

@@ -6,10 +6,10 @@
 #include <memory>
 #include <string>
 
-#include "jet/engine/Check.h"
-#include "jet/engine/RelationRules.h"
-#include "jet/engine/TableEdits.h"
-#include "jet/engine/schema/SchemaEditor.h"
+#include "jet/check/Check.h"
+#include "jet/session/SchemaEditor.h"
+#include "jet/table/RelationRules.h"
+#include "jet/table/TableEdits.h"
 
 namespace tavrel::testing {
 

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cctype>
 
-#include "jet/sql/Values.h"
+#include "jet/sql/values/Values.h"
 #include "text/Case.h"
 
 namespace tavrel::test {

@@ -7,9 +7,9 @@
 #include <string>
 #include <vector>
 
-#include "jet/sql/Execute.h"
-#include "jet/sql/TableChanges.h"
-#include "jet/sql/TextComparer.h"
+#include "jet/sql/statement/Execute.h"
+#include "jet/sql/statement/TableChanges.h"
+#include "jet/sql/values/TextComparer.h"
 
 namespace tavrel::test {
 

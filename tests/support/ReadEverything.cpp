@@ -1,8 +1,8 @@
 #include <functional>
 
 #include "jet/catalog/RowCursor.h"
-#include "jet/engine/Check.h"
-#include "jet/engine/Database.h"
+#include "jet/check/Check.h"
+#include "jet/database/Database.h"
 #include "jet/index/IndexReader.h"
 #include "support/MemoryFile.h"
 #include "support/Mutations.h"

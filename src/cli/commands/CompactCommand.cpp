@@ -6,7 +6,7 @@
 #include "cli/Output.h"
 #include "cli/TerminalProgress.h"
 #include "compare/CompactSwap.h"
-#include "jet/engine/compact/Compact.h"
+#include "jet/compact/Compact.h"
 #include "platform/FileSystem.h"
 
 namespace tavrel::cli {

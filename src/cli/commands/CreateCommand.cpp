@@ -1,6 +1,6 @@
 #include "cli/Arguments.h"
 #include "cli/Output.h"
-#include "jet/engine/Database.h"
+#include "jet/database/Database.h"
 
 namespace tavrel::cli {
 

@@ -6,7 +6,7 @@
 #include "cli/TerminalProgress.h"
 #include "compare/Headless.h"
 #include "details/Words.h"
-#include "jet/engine/Database.h"
+#include "jet/database/Database.h"
 #include "report/ScriptText.h"
 
 namespace tavrel::cli {

@@ -5,8 +5,8 @@
 #include <utility>
 #include <vector>
 
+#include "jet/catalog/Schema.h"
 #include "jet/catalog/Value.h"
-#include "jet/engine/Schema.h"
 
 namespace tavrel::cli {
 

@@ -1,8 +1,8 @@
 #include "cli/demo/DemoWriter.h"
 
 #include "cli/demo/DemoTables.h"
-#include "jet/engine/Database.h"
-#include "jet/engine/TableWriter.h"
+#include "jet/database/Database.h"
+#include "jet/define/TableWriter.h"
 
 namespace tavrel::cli {
 

@@ -2,7 +2,7 @@
 
 #include "cli/demo/BusinessData.h"
 #include "db/Session.h"
-#include "jet/engine/Database.h"
+#include "jet/database/Database.h"
 #include "patch/Modules.h"
 #include "patch/Runner.h"
 #include "patch/base/BaseDatabase.h"

@@ -2,7 +2,7 @@
 
 #include "db/AdoErrors.h"
 #include "db/ConnectionString.h"
-#include "jet/sql/Parser.h"
+#include "jet/sql/syntax/Parser.h"
 
 namespace tavrel::cli {
 

@@ -1,8 +1,8 @@
 #include "patch/Driver.h"
 #include "patch/Modules.h"
-#include "patch/Report.h"
 #include "patch/Runner.h"
 #include "patch/brelt/BreltTables.h"
+#include "patch/log/Report.h"
 
 namespace tavrel::modDBPatch_BRELT {
 

@@ -1,5 +1,5 @@
-#include "patch/Report.h"
-#include "patch/UpdateLog.h"
+#include "patch/log/Report.h"
+#include "patch/log/UpdateLog.h"
 #include "patch/repair/Query.h"
 #include "patch/repair/Repairs.h"
 

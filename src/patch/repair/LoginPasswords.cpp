@@ -1,4 +1,4 @@
-#include "patch/Report.h"
+#include "patch/log/Report.h"
 #include "patch/repair/Query.h"
 #include "patch/repair/Repairs.h"
 

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "jet/engine/check/EntryHash.h"
+#include "jet/check/EntryHash.h"
 
 namespace tavrel::jet::check {
 namespace {

@@ -13,8 +13,8 @@
 #include <gmock/gmock.h>
 
 #include "jet/catalog/RowCursor.h"
-#include "jet/engine/Check.h"
-#include "jet/engine/Database.h"
+#include "jet/check/Check.h"
+#include "jet/database/Database.h"
 #include "jet/index/IndexPage.h"
 #include "support/DatabaseBuilder.h"
 #include "support/MemoryFile.h"

@@ -9,9 +9,9 @@
 
 #include <gmock/gmock.h>
 
-#include "jet/engine/Check.h"
-#include "jet/engine/RowCursor.h"
-#include "jet/engine/compact/Compact.h"
+#include "jet/catalog/RowCursor.h"
+#include "jet/check/Check.h"
+#include "jet/compact/Compact.h"
 #include "report/DatabaseDump.h"
 #include "support/DatabaseBuilder.h"
 #include "support/TemporaryFolder.h"

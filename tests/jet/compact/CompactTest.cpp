@@ -2,7 +2,7 @@
 #include <random>
 
 #include "CompactBench.h"
-#include "jet/engine/compact/RowMap.h"
+#include "jet/compact/RowMap.h"
 #include "jet/index/IndexReader.h"
 #include "jet/storage/UsageMap.h"
 #include "support/Corpus.h"

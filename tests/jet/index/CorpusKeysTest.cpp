@@ -4,7 +4,7 @@
 #include <gmock/gmock.h>
 
 #include "jet/catalog/RowCursor.h"
-#include "jet/engine/Database.h"
+#include "jet/database/Database.h"
 #include "jet/index/IndexReader.h"
 #include "jet/index/KeyEncoder.h"
 #include "support/Corpus.h"

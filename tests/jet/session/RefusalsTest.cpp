@@ -1,8 +1,8 @@
 // Statements that fail: the number that says why, and a file that is what it was.
 #include <gtest/gtest.h>
 
+#include "db/AdoCodes.h"
 #include "jet/session/SessionBench.h"
-#include "jet/sql/AdoCodes.h"
 
 namespace tavrel::testing {
 namespace {
@@ -154,21 +154,21 @@ TEST(Refusals, TheProviderHasItsOwnNumbers) {
     SessionBench bench;
     bench.Run("CREATE TABLE t (a LONG)");
     const std::pair<const char*, std::int32_t> kCases[] = {
-        {"SELECT nothing FROM t", jet::sql::adoNumbers::kParameterMissing},
-        {"SELECT a FROM t WHERE nothing = 1", jet::sql::adoNumbers::kParameterMissing},
-        {"SELECT * FROM nowhere", jet::sql::adoNumbers::kNoTable},
-        {"UPDATE nowhere SET a = 1", jet::sql::adoNumbers::kNoTable},
-        {"SELECT FROM t", jet::sql::adoNumbers::kErrorsInCommand},
-        {"ALTER TABLE t ADD COLUMN a LONG", jet::sql::adoNumbers::kErrorsOccurred},
-        {"ALTER TABLE nowhere ADD COLUMN a LONG", jet::sql::adoNumbers::kNoTable},
-        {"CREATE TABLE t (a LONG)", jet::sql::adoNumbers::kErrorsInCommand},
+        {"SELECT nothing FROM t", db::adoNumbers::kParameterMissing},
+        {"SELECT a FROM t WHERE nothing = 1", db::adoNumbers::kParameterMissing},
+        {"SELECT * FROM nowhere", db::adoNumbers::kNoTable},
+        {"UPDATE nowhere SET a = 1", db::adoNumbers::kNoTable},
+        {"SELECT FROM t", db::adoNumbers::kErrorsInCommand},
+        {"ALTER TABLE t ADD COLUMN a LONG", db::adoNumbers::kErrorsOccurred},
+        {"ALTER TABLE nowhere ADD COLUMN a LONG", db::adoNumbers::kNoTable},
+        {"CREATE TABLE t (a LONG)", db::adoNumbers::kErrorsInCommand},
     };
     for (const auto& [statement, number] : kCases) {
         try {
             bench.Session().Execute(statement);  // without asking for a row
             ADD_FAILURE() << statement;
         } catch (const Error& error) {
-            EXPECT_EQ(jet::sql::AdoNumber(error), number) << statement;
+            EXPECT_EQ(db::AdoNumber(error), number) << statement;
         }
     }
 }

@@ -5,8 +5,8 @@
 #include <string>
 #include <string_view>
 
-#include "jet/engine/Check.h"
-#include "jet/engine/EditSession.h"
+#include "jet/check/Check.h"
+#include "jet/session/EditSession.h"
 #include "support/DatabaseBuilder.h"
 #include "support/JetTools.h"
 #include "support/MemoryTables.h"

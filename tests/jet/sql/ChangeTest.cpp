@@ -1,7 +1,7 @@
 // INSERT, UPDATE, DELETE: conversions, defaults, rules, all or nothing.
 #include <gmock/gmock.h>
 
-#include "jet/sql/AdoCodes.h"
+#include "db/AdoCodes.h"
 #include "support/MemoryTables.h"
 
 namespace tavrel::test {
@@ -86,7 +86,7 @@ TEST_F(Change, FailuresLeaveEverythingAsItWas) {
         const char* statement;
         std::int32_t number, ado;
     };
-    using namespace adoNumbers;
+    using namespace db::adoNumbers;
     const Failing failing[] = {
         {"UPDATE t SET name = name & 'xx'", 3163, kDataOverflow},
         {"UPDATE t SET n = 40000 * id", 3349, kDataOverflow},
@@ -120,7 +120,7 @@ TEST_F(Change, FailuresLeaveEverythingAsItWas) {
             ADD_FAILURE() << "accepted: " << each.statement;
         } catch (const Error& error) {
             EXPECT_EQ(error.Number(), each.number) << each.statement;
-            EXPECT_EQ(AdoNumber(error), each.ado) << each.statement;
+            EXPECT_EQ(db::AdoNumber(error), each.ado) << each.statement;
         }
         ASSERT_EQ(All("id, name, n, d, b"), before) << each.statement;
     }

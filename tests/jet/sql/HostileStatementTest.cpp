@@ -3,7 +3,7 @@
 
 #include <gmock/gmock.h>
 
-#include "jet/sql/Token.h"
+#include "jet/sql/syntax/Token.h"
 #include "support/MemoryTables.h"
 
 namespace tavrel::test {

@@ -1,8 +1,8 @@
 // What definition statements ask for, and how mistakes are numbered.
 #include <gmock/gmock.h>
 
-#include "jet/sql/AdoCodes.h"
-#include "jet/sql/Parser.h"
+#include "db/AdoCodes.h"
+#include "jet/sql/syntax/Parser.h"
 #include "support/MemoryTables.h"
 
 namespace tavrel::test {
@@ -97,7 +97,7 @@ std::pair<std::int32_t, std::int32_t> Parsing(const std::string& statement) {
         ParseStatement(statement);
         return {0, 0};
     } catch (const Error& error) {
-        return {error.Number(), AdoNumber(error)};
+        return {error.Number(), db::AdoNumber(error)};
     }
 }
 
@@ -149,8 +149,8 @@ TEST(Parser, NumbersMistakesByTheirClause) {
     for (const Mistake& mistake : mistakes) {
         EXPECT_EQ(Parsing(mistake.statement).first, mistake.number) << mistake.statement;
     }
-    EXPECT_EQ(Parsing("SELECT * FROM t WHERE d = #2024-13-45#").second, adoNumbers::kCannotConvert);
-    EXPECT_EQ(Parsing("SELECT * FROM t WHERE d = 'x").second, adoNumbers::kErrorsInCommand);
+    EXPECT_EQ(Parsing("SELECT * FROM t WHERE d = #2024-13-45#").second, db::adoNumbers::kCannotConvert);
+    EXPECT_EQ(Parsing("SELECT * FROM t WHERE d = 'x").second, db::adoNumbers::kErrorsInCommand);
 }
 
 TEST(Parser, AcceptsEveryQueryShape) {

@@ -1,7 +1,7 @@
 // What queries answer, over tables in memory.
 #include <gmock/gmock.h>
 
-#include "jet/sql/AdoCodes.h"
+#include "db/AdoCodes.h"
 #include "support/MemoryTables.h"
 
 namespace tavrel::test {
@@ -231,7 +231,7 @@ struct Refusal {
 };
 
 TEST(Query, RefusesWithTheEnginesNumbers) {
-    using namespace adoNumbers;
+    using namespace db::adoNumbers;
     const Refusal refusals[] = {
         {"SELECT nothing FROM item", 3061, kParameterMissing},
         {"SELECT x.code FROM item", 3061, kParameterMissing},
@@ -275,7 +275,7 @@ TEST(Query, RefusesWithTheEnginesNumbers) {
             ADD_FAILURE() << "accepted: " << refusal.statement;
         } catch (const Error& error) {
             EXPECT_EQ(error.Number(), refusal.number) << refusal.statement;
-            EXPECT_EQ(AdoNumber(error), refusal.ado) << refusal.statement;
+            EXPECT_EQ(db::AdoNumber(error), refusal.ado) << refusal.statement;
             EXPECT_NE(FindErrorText(error.Number()), nullptr) << refusal.statement;
         }
     }

@@ -6,7 +6,7 @@
 
 #include <gmock/gmock.h>
 
-#include "jet/sql/Values.h"
+#include "jet/sql/values/Values.h"
 #include "support/MemoryTables.h"
 
 namespace tavrel::test {

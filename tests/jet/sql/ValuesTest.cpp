@@ -4,11 +4,11 @@
 #include <gmock/gmock.h>
 
 #include "jet/index/KeyEncoder.h"
-#include "jet/sql/Dates.h"
-#include "jet/sql/LikePattern.h"
-#include "jet/sql/NumberText.h"
-#include "jet/sql/TextComparer.h"
-#include "jet/sql/Values.h"
+#include "jet/sql/expression/LikePattern.h"
+#include "jet/sql/values/Dates.h"
+#include "jet/sql/values/NumberText.h"
+#include "jet/sql/values/TextComparer.h"
+#include "jet/sql/values/Values.h"
 #include "text/Utf.h"
 
 namespace tavrel::test {

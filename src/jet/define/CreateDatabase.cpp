@@ -1,0 +1,101 @@
+// The creating half of Database.
+#include "jet/database/Database.h"
+#include "jet/define/CreateClock.h"
+#include "jet/define/Creation.h"
+#include "jet/define/NewDatabase.h"
+#include "platform/FileSystem.h"
+#include "text/Utf.h"
+
+namespace tavrel::jet {
+
+namespace {
+
+constexpr std::size_t kMaxPasswordUnits = 20;
+
+FileHeader HeaderFor(const CreateOptions& options) {
+    if (text::Utf16Length(options.password) > kMaxPasswordUnits) {
+        throw MakeError(errors::kBadPassword, {}, "암호는 20자까지");
+    }
+    FileHeader header;
+    header.codePage = CodePageOf(options.sortOrder);
+    header.sortOrder = options.sortOrder;
+    header.password = options.password;
+    header.pageKey = options.pageKey;
+    header.created = options.created ? *options.created : LocalNow();
+    return header;
+}
+
+std::unique_ptr<platform::File> OpenNewFile(const std::string& path) {
+    try {
+        return platform::OpenFile(path, platform::FileAccess::CreateNew);
+    } catch (const Error& error) {
+        switch (error.Number()) {
+            case errors::kFileExists:
+                throw MakeError(errors::kDatabaseExists, {}, path);
+            case errors::kPathNotFound:
+                throw MakeError(errors::kBadPath, {path});
+            default:
+                throw MakeError(errors::kNoFilePermission, {path}, error.Description());
+        }
+    }
+}
+
+}  // namespace
+
+UnfinishedFile::~UnfinishedFile() {
+    if (path_.empty()) {
+        return;
+    }
+    try {
+        platform::DeleteFileIfThere(path_);
+    } catch (const Error&) {
+        // It was never a database; that it cannot be removed either is no news to whom the first failure went
+        // to.
+    }
+}
+
+std::unique_ptr<Database> Database::Create(const std::string& path, const CreateOptions& options) {
+    FileHeader header = HeaderFor(options);
+    std::unique_ptr<platform::File> file = OpenNewFile(path);
+    auto creation = std::make_shared<Creation>(path);
+    std::unique_ptr<Database> database(new Database());
+    database->creation_ = creation;
+    database->path_ = path;
+    database->pager_ =
+        std::make_unique<class Pager>(std::make_unique<PageFile>(std::move(file), options.pageKey));
+    PageAllocator allocator(*database->pager_);
+    LayOutNewDatabase(*database->pager_, allocator, header);
+    database->header_ = header;
+    database->catalog_ = std::make_unique<class Catalog>(*database->pager_, header.ownerKey);
+    creation->edits = std::make_unique<TableEdits>(*database->pager_, *database->catalog_, header.ownerKey);
+    creation->writer =
+        std::make_unique<Writer>(*creation->edits, *database->catalog_, header, options.created);
+    creation->writer->AddEngineObjects();
+    return database;
+}
+
+Writer& Database::RequireWriter() {
+    if (!creation_ || !creation_->writer) {
+        throw MakeError(errors::kReadOnly);
+    }
+    return *creation_->writer;
+}
+
+void Database::CreateTable(const TableSpec& spec) {
+    RequireWriter().CreateTable(spec);
+}
+
+void Database::CreateRelation(const RelationInfo& relation) {
+    RequireWriter().CreateRelation(relation);
+}
+
+std::unique_ptr<TableWriter> Database::Append(const std::string& table) {
+    return RequireWriter().Append(table);
+}
+
+void Database::Flush() {
+    RequireWriter().Flush();
+    creation_->file.Keep();
+}
+
+}  // namespace tavrel::jet
