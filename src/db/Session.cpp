@@ -39,7 +39,7 @@ jet::Value FirstValue(StatementKind kind, const std::string& statement) {
 
 /// The provider's errors for a column, a statement or a table that makes no sense to it.
 bool MeansMissing(const Error& error) {
-    using namespace adoNumbers;
+    using namespace db::adoNumbers;
     constexpr std::int32_t kNumbers[] = {kParameterMissing, kErrorsInCommand, kNoTable};
     return std::ranges::find(kNumbers, error.Number()) != std::end(kNumbers);
 }

@@ -21,7 +21,7 @@ constexpr std::array kOpenFailures = {
     OpenFailure{3011, "Query", "Jet Data Base Engine의 식을 확인하세요.", true},
     OpenFailure{3261, "MDB 오류", nullptr, true},
     OpenFailure{
-        adoNumbers::kErrorsInCommand, "Error",
+        db::adoNumbers::kErrorsInCommand, "Error",
         "입력된 DB 데이터 중 특수문자 또는 지원하지 않는 언어(일본어, 기타 외국어 등)가 존재하거나, 기타 "
         "실행오류 입니다. ",
         false},
