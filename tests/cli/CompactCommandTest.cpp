@@ -106,7 +106,7 @@ TEST(CompactCommand, KilledAtAnyMoment) {
     const TemporaryFolder folder;
     const std::string original = MakeDatabase(folder.File("original"), 3000);
     const std::string path = folder.File("a.mdb");
-    const std::string program = std::string(TAVREL_BIN_DIR) + "/tavrel-cli";
+    const std::string program = ProgramFolder() + "/tavrel-cli";
     const std::string content = ReadWholeFile(original);
     std::string finished;
     std::mt19937 random(1);

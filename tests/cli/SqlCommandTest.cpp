@@ -37,8 +37,8 @@ class Sql : public ::testing::Test {
     /// The statements come through a pipe.
     ProgramResult Pipe(const std::string& statements, const std::string& options = "") const {
         return RunProgram(
-            "sh", {"-c", "printf '%s' \"$1\" | " TAVREL_BIN_DIR "/tavrel-cli sql \"$2\" " + options, "sh",
-                   statements, path});
+            "sh", {"-c", "printf '%s' \"$1\" | " + ProgramFolder() + "/tavrel-cli sql \"$2\" " + options,
+                   "sh", statements, path});
     }
     std::int32_t Count() const {
         const auto database = jet::Database::Open(path);
@@ -161,9 +161,8 @@ TEST_F(Sql, TalksAtATerminal) {
     if (RunProgram("script", {"--version"}).exitCode != 0) {
         GTEST_SKIP() << "no program that makes a terminal";
     }
-    const std::string line =
-        "(sleep 1; printf '%b' \"$1\"; sleep 1) | NO_COLOR=1 TERM=xterm script -qec \"" TAVREL_BIN_DIR
-        "/tavrel-cli sql $2\" /dev/null";
+    const std::string line = "(sleep 1; printf '%b' \"$1\"; sleep 1) | NO_COLOR=1 TERM=xterm script -qec \"" +
+                             ProgramFolder() + "/tavrel-cli sql $2\" /dev/null";
     const std::string keys =
         ".tables\\r"
         "SELECT 'one\\r"  // goes on in the next line

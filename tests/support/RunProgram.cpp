@@ -55,8 +55,12 @@ ProgramResult RunProgram(const std::string& program, const std::vector<std::stri
     return {.exitCode = ExitCodeOf(status), .output = ReadAll(output), .errors = ReadAll(errors)};
 }
 
+std::string ProgramFolder() {
+    return TAVREL_BIN_DIR;
+}
+
 ProgramResult RunCli(const std::vector<std::string>& arguments) {
-    return RunProgram(TAVREL_BIN_DIR "/tavrel-cli", arguments);
+    return RunProgram(ProgramFolder() + "/tavrel-cli", arguments);
 }
 
 }  // namespace tavrel::testing

@@ -16,6 +16,9 @@ struct ProgramResult {
 ProgramResult RunProgram(const std::string& program, const std::vector<std::string>& arguments,
                          const std::string& environment = {});
 
+/// Where the programs under test lie.
+std::string ProgramFolder();
+
 /// The command line program under test.
 ProgramResult RunCli(const std::vector<std::string>& arguments);
 
