@@ -17,7 +17,12 @@ class LineEditText : public platform::TextField {
   public:
     explicit LineEditText(QLineEdit& field) : field_(field) {}
     [[nodiscard]] std::string Text() const override { return FromQt(field_.text()); }
-    void SetFocus() override { field_.setFocus(); }
+    /// The text is selected, so that typing replaces it.  The field's own coming of the focus is not waited
+    /// for: after a message box the window is often not active again yet, and the focus comes with that.
+    void SetFocus() override {
+        field_.setFocus();
+        field_.selectAll();
+    }
 
   private:
     QLineEdit& field_;

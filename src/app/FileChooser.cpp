@@ -24,7 +24,8 @@ std::string Chosen(const QString& path) {
 }  // namespace
 
 std::string QtFileChooser::AskOpen(const FileQuestion& question) {
-    return Chosen(QFileDialog::getOpenFileName(&window_, {}, Start(question), ToQt(question.filter)));
+    return Chosen(QFileDialog::getOpenFileName(&window_, {}, Start(question), ToQt(question.filter), nullptr,
+                                               QFileDialog::HideNameFilterDetails));
 }
 
 std::string QtFileChooser::AskSave(const FileQuestion& question) {

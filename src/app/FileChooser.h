@@ -10,7 +10,7 @@ namespace tavrel::app {
 struct FileQuestion {
     std::string name;    ///< what the name field begins with; may be a whole path
     std::string folder;  ///< where to begin
-    std::string filter;  ///< "MDB File (mdb) (*.mdb)"
+    std::string filter;  ///< "MDB File (mdb) (*.mdb *.MDB)"
 };
 
 class FileChooser {

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include <QWindow>
+
 #include "app/AppIcon.h"
 #include "app/logic/Caption.h"
 #include "app/logic/FormLayout.h"
@@ -60,7 +62,9 @@ Form1::Form1(FormServices services)
       adapters_(std::make_unique<Adapters>(controls_)),
       workbench_(adapters_->Wire(pointer_, messages_, grid_)),
       run_(workbench_, services_.copies),
-      keyCommands_(*this, [this](std::int16_t key, std::int16_t shift) { Form_KeyDown(key, shift); }) {
+      keyCommands_(*this, [this](std::int16_t key, std::int16_t shift) { Form_KeyDown(key, shift); }),
+      typed_([this](Remembered entry, const std::string& text) { Remember(entry, text); }),
+      opener_(messages_) {
     setObjectName(QStringLiteral("Form1"));
     setWindowIcon(AppIcon());
     controls_.FitFont();
@@ -155,15 +159,28 @@ void Form1::resizeEvent(QResizeEvent* event) {
 
 void Form1::showEvent(QShowEvent* event) {
     QWidget::showEvent(event);
-    Form_Resize();  // the frame's size is known from here on
+    Form_Resize();
+}
+
+/// Some desktops put the frame around the window when it is already shown: its size counts from here on.
+void Form1::changeEvent(QEvent* event) {
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::ActivationChange) {
+        Form_Resize();
+    }
+}
+
+void Form1::closeEvent(QCloseEvent* event) {
+    typed_.Flush();
+    QWidget::closeEvent(event);
 }
 
 void Form1::Form_Resize() {
     if (isMinimized()) {
         return;
     }
-    const QSize frame = frameGeometry().size() - size();
-    const QSize least = QSize(Pixels(kSmallestWindow), Pixels(kSmallestWindow)) - frame;
+    const QMargins frame = windowHandle() != nullptr ? windowHandle()->frameMargins() : QMargins();
+    const QSize least = QSize(Pixels(kSmallestWindow), Pixels(kSmallestWindow)).shrunkBy(frame);
     if (minimumSize() != least) {
         setMinimumSize(least);
     }

@@ -9,10 +9,12 @@
 #include <QWidget>
 
 #include "app/ControlAdapters.h"
+#include "app/DatabaseOpener.h"
 #include "app/FileChooser.h"
 #include "app/FormControls.h"
 #include "app/KeyCommands.h"
 #include "app/QtMessageBox.h"
+#include "app/TypedTexts.h"
 #include "app/logic/FormSettings.h"
 #include "compare/CompareRun.h"
 
@@ -28,7 +30,8 @@ struct FormServices {
     compare::WorkingCopies* copies = nullptr;  ///< null: no product can be compared
     /// False: a newer version takes over.  Empty: no update.
     std::function<bool(platform::MessageBox&)> runAutoUpdate = {};
-    /// Opens a database in the program that belongs to it; empty: the system does.
+    /// Opens a database in the program that belongs to it; empty: the system does, and a message says when it
+    /// has none.
     std::function<void(const std::string&)> openDatabase = {};
 };
 
@@ -62,6 +65,8 @@ class Form1 : public QWidget {
   protected:
     void resizeEvent(QResizeEvent* event) override;
     void showEvent(QShowEvent* event) override;
+    void changeEvent(QEvent* event) override;
+    void closeEvent(QCloseEvent* event) override;
 
   private:
     void Form_Resize();
@@ -69,6 +74,7 @@ class Form1 : public QWidget {
     void ConnectSide(int index);
     void RestoreSettings();
     void Remember(Remembered entry, const std::string& value);
+    void OpenDatabase(const std::string& path);
     void ShowGridMenu(const QPoint& place);
     void SaveListing(const ReportFormatLine& format);
     [[nodiscard]] std::string PathOf(int index) const;
@@ -89,6 +95,8 @@ class Form1 : public QWidget {
     compare::CompareRun run_;
     KeyCommands keyCommands_;
 
+    TypedTexts typed_;
+    DatabaseOpener opener_;
     std::string LastBrowseDir;
     bool settingsFailed_ = false;  ///< has been told once
 };

@@ -15,7 +15,8 @@ namespace tavrel::app {
 
 namespace {
 
-constexpr const char* kDatabaseFilter = "MDB File (mdb) (*.mdb)";
+/// In both cases: some desktops' dialogs take a pattern by the letter.
+constexpr const char* kDatabaseFilter = "MDB File (mdb) (*.mdb *.MDB)";
 
 std::string ProgramFolder() {
     return FromQt(QDir::toNativeSeparators(QCoreApplication::applicationDirPath()));
@@ -38,6 +39,7 @@ void Form1::Form_KeyDown(std::int16_t keyCode, std::int16_t shift) {
 }
 
 void Form1::cmdComp_Click() {
+    typed_.Flush();  // the run may take long, and the typing has ended
     run_.cmdComp_Click();
 }
 
@@ -71,7 +73,7 @@ void Form1::txtDBPath_Change(int index) {
     if (!isVisible()) {
         return;
     }
-    Remember(Entry(Remembered::PathA, index), PathOf(index));
+    typed_.Changed(Entry(Remembered::PathA, index), PathOf(index));
     if (const auto item = ProductOfPath(PathOf(0))) {
         controls_.Box("cmbApp").setCurrentIndex(*item);
     }
@@ -79,15 +81,15 @@ void Form1::txtDBPath_Change(int index) {
 
 void Form1::txtPwd_Change(int index) {
     if (isVisible()) {
-        Remember(Entry(Remembered::PasswordA, index),
-                 workbench_.txtPwd[static_cast<std::size_t>(index)]->Text());
+        typed_.Changed(Entry(Remembered::PasswordA, index),
+                       workbench_.txtPwd[static_cast<std::size_t>(index)]->Text());
     }
 }
 
 void Form1::cmbTblName_Change(int index) {
     if (isVisible()) {
-        Remember(Entry(Remembered::TableA, index),
-                 workbench_.cmbTblName[static_cast<std::size_t>(index)]->Text());
+        typed_.Changed(Entry(Remembered::TableA, index),
+                       workbench_.cmbTblName[static_cast<std::size_t>(index)]->Text());
     }
 }
 
@@ -117,10 +119,19 @@ void Form1::cmdAccess_Click(int index) {
     compare::cmdAccess_Click(
         *workbench_.txtDBPath[static_cast<std::size_t>(index)],
         [this, index](const std::string& path) { return ValidateDbPath(path, index); },
-        services_.openDatabase);
+        [this](const std::string& path) { OpenDatabase(path); });
+}
+
+void Form1::OpenDatabase(const std::string& path) {
+    if (services_.openDatabase) {
+        services_.openDatabase(path);
+    } else {
+        opener_.Open(path);
+    }
 }
 
 void Form1::cmdCompact_Click(int index) {
+    typed_.Flush();
     compare::cmdCompact_Click(
         {.txtDBPath = workbench_.txtDBPath[static_cast<std::size_t>(index)],
          .pointer = &pointer_,

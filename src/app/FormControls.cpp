@@ -7,6 +7,7 @@
 #include <QProxyStyle>
 #include <QStyleFactory>
 #include <QStyleOptionButton>
+#include <QWheelEvent>
 
 #include "app/FormFont.h"
 #include "app/PathField.h"
@@ -76,11 +77,27 @@ QWidget* MakeTableBox(const ControlEntry& /*control*/, QWidget* parent) {
     box->setInsertPolicy(QComboBox::NoInsert);
     box->setAcceptDrops(false);
     box->lineEdit()->setAcceptDrops(false);
+    box->setFocusPolicy(Qt::StrongFocus);  // the wheel brings no focus
     return box;
 }
 
+/// A wheel that passes over the list is none of its business: another product would change the paths.
+class ProductList : public QComboBox {
+  public:
+    explicit ProductList(QWidget* parent) : QComboBox(parent) { setFocusPolicy(Qt::StrongFocus); }
+
+  protected:
+    void wheelEvent(QWheelEvent* event) override {
+        if (hasFocus()) {
+            QComboBox::wheelEvent(event);
+        } else {
+            event->ignore();
+        }
+    }
+};
+
 QWidget* MakeProductList(const ControlEntry& /*control*/, QWidget* parent) {
-    auto* list = new QComboBox(parent);
+    auto* list = new ProductList(parent);
     for (const Product& product : Products()) {
         list->addItem(ToQt(product.item));
     }

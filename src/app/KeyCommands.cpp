@@ -13,9 +13,10 @@ namespace {
 struct KeyLine {
     Qt::Key key;
     std::int16_t code;
+    bool repeats;  ///< holding the key is pressing it again and again
 };
 constexpr std::array<KeyLine, 3> kKeys = {
-    {{Qt::Key_F3, keys::kF3}, {Qt::Key_F5, keys::kF5}, {Qt::Key_Escape, keys::kEscape}}};
+    {{Qt::Key_F3, keys::kF3, true}, {Qt::Key_F5, keys::kF5, true}, {Qt::Key_Escape, keys::kEscape, false}}};
 
 struct ShiftLine {
     Qt::KeyboardModifier modifier;
@@ -48,7 +49,10 @@ bool KeyCommands::eventFilter(QObject* watched, QEvent* event) {
     if (line == kKeys.end()) {
         return false;
     }
-    handler_(line->code, ShiftState(press->modifiers()));
+    // The Esc that closed a box is often still held when the window is back; it is not to close that, too.
+    if (line->repeats || !press->isAutoRepeat()) {
+        handler_(line->code, ShiftState(press->modifiers()));
+    }
     return true;
 }
 

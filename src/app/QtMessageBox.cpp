@@ -3,8 +3,10 @@
 #include <array>
 
 #include <QApplication>
+#include <QElapsedTimer>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QThread>
 
 #include "app/QtText.h"
 
@@ -83,6 +85,27 @@ void SetIcon(QMessageBox& box, MessageIcon icon) {
     }
 }
 
+/// Paints the window where the box stood, which on a desktop without compositor shows the box until then.
+/// The command that asked goes on at once, and until it is done nothing else paints.  When the box is really
+/// gone is told by the window's being active again; a window that does not become so is not waited for long.
+void PaintBehindBox(const QWidget& window) {
+    constexpr int kLongestWait = 300;  // ms
+    constexpr int kStep = 5;           // ms
+    QElapsedTimer waited;
+    waited.start();
+    const auto paint = [] { QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents); };
+    paint();
+    while (window.isVisible() && !window.isActiveWindow() && waited.elapsed() < kLongestWait) {
+        QThread::msleep(kStep);
+        paint();
+    }
+}
+
+int Run(QMessageBox& box) {
+    const ArrowPointer arrow;
+    return box.exec();
+}
+
 }  // namespace
 
 platform::MessageAnswer QtMessageBox::Show(const platform::Message& message) {
@@ -92,8 +115,8 @@ platform::MessageAnswer QtMessageBox::Show(const platform::Message& message) {
     box.setText(ToQt(message.text).replace(QStringLiteral("\r\n"), QStringLiteral("\n")));
     SetIcon(box, message.icon);
     AddButtons(box, message);
-    const ArrowPointer arrow;
-    const int pressed = box.exec();
+    const int pressed = Run(box);
+    PaintBehindBox(window_);
     for (const ButtonLine& line : kButtons) {
         if (line.set == message.buttons && line.button == pressed) {
             return line.answer;

@@ -9,7 +9,11 @@ void cmdAccess_Click(const platform::TextField& txtDBPath,
                      const std::function<void(const std::string& path)>& open) {
     const std::string path = txtDBPath.Text();
     if (validateDbPath(path)) {
-        open ? open(path) : platform::OpenWithAssociatedProgram(path);
+        if (open) {
+            open(path);
+        } else {
+            platform::OpenWithAssociatedProgram(path);
+        }
     }
 }
 

@@ -6,7 +6,7 @@
 namespace tavrel::platform {
 
 /// Asks the system to open the file with the program that is associated with it, in a normal window.  Does
-/// not wait; nothing is reported when the file cannot be opened.
-void OpenWithAssociatedProgram(const std::string& path);
+/// not wait.  False when it is known at once that nothing opens the file; true does not say that it opened.
+bool OpenWithAssociatedProgram(const std::string& path);
 
 }  // namespace tavrel::platform

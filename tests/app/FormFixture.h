@@ -96,7 +96,7 @@ class FormFixture : public ::testing::Test {
                          .openDatabase = [this](const std::string& path) { opened.push_back(path); }});
         EXPECT_TRUE(form_->Form_Load());
         form_->show();
-        QApplication::setActiveWindow(form_.get());
+        form_->activateWindow();
         EXPECT_TRUE(QTest::qWaitForWindowActive(form_.get()));
         return *form_;
     }
@@ -114,6 +114,8 @@ class FormFixture : public ::testing::Test {
     void Click(const char* button) {
         QTest::mouseClick(&Find<QAbstractButton>(button), Qt::LeftButton, {}, {8, 8});
     }
+
+    static void PauseTyping() { QTest::qWait(kTypingPause + 100); }
 
     /// Rows of the listing with a mark where `marks` has one; made as a comparison makes them.
     void FillGrid(const std::string& marks) {

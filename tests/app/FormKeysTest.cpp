@@ -2,7 +2,9 @@
 #include <QCheckBox>
 #include <QDropEvent>
 #include <QMimeData>
+#include <QTimer>
 #include <QUrl>
+#include <QWheelEvent>
 #include <gmock/gmock.h>
 
 #include "app/FormFixture.h"
@@ -84,6 +86,65 @@ TEST_F(FormKeys, WorkWhicheverControlHasTheFocus) {
     EXPECT_FALSE(form_->isVisible());
 }
 
+TEST_F(FormKeys, AHeldEscapeClosesNothingMore) {
+    Open();
+    QKeyEvent held(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier, QString(), true);
+    QApplication::sendEvent(&Path(0), &held);
+    EXPECT_TRUE(form_->isVisible());
+    FillGrid("! !");
+    Activate(12, 1);
+    QKeyEvent stepping(QEvent::KeyPress, Qt::Key_F3, Qt::NoModifier, QString(), true);
+    QApplication::sendEvent(&Path(0), &stepping);
+    EXPECT_EQ(ActiveRow(), 3);
+}
+
+TEST_F(FormKeys, TheWheelTurnsNoListThatItPassesOver) {
+    Open();
+    auto& list = Find<QComboBox>("cmbApp");
+    const auto wheel = [](QWidget& widget) {
+        const QPoint place(10, 5);
+        QWheelEvent event(place, widget.mapToGlobal(place), {}, {0, -120}, {}, {}, Qt::NoScrollPhase, false);
+        QApplication::sendEvent(&widget, &event);
+    };
+    Path(1).setFocus();
+    wheel(list);
+    EXPECT_EQ(list.currentIndex(), 0);
+    EXPECT_EQ(TextOf("txtDBPath_0"), "");
+    wheel(Find<QComboBox>("cmbTblName_0"));
+    EXPECT_EQ(QApplication::focusWidget(), &Path(1));
+    list.setFocus();
+    wheel(list);
+    EXPECT_EQ(list.currentIndex(), 1);
+}
+
+TEST_F(FormKeys, AnErrorBoxLeavesThePathSelected) {
+    settings.values = {{"최근DB_A", "/none.mdb"}, {"최근DB_B", "/no.mdb"}};
+    Form1 form({.settings = settings});  // with boxes on the screen
+    ASSERT_TRUE(form.Form_Load());
+    form.show();
+    form.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&form));
+    auto& path = *form.findChild<QLineEdit*>("txtDBPath_0");
+    for (QWidget* focused :
+         {static_cast<QWidget*>(form.findChild<GridView*>()), static_cast<QWidget*>(&path)}) {
+        focused->setFocus();
+        path.deselect();
+        QTimer::singleShot(0, [] {
+            QWidget* box = QApplication::activeModalWidget();
+            ASSERT_NE(box, nullptr);
+            EXPECT_TRUE(QTest::qWaitForWindowActive(box));
+            QTest::keyClick(box, Qt::Key_Return);
+        });
+        QTest::keyClick(focused, Qt::Key_F5);
+        if (QGuiApplication::platformName() == "offscreen") {
+            form.activateWindow();  // nothing else does there
+        }
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&form));
+        EXPECT_EQ(QApplication::focusWidget(), &path);
+        EXPECT_EQ(FromQt(path.selectedText()), "/none.mdb");
+    }
+}
+
 TEST_F(FormKeys, TabFollowsTheReading) {
     Open();
     std::vector<std::string> order;
@@ -148,6 +209,7 @@ TEST_F(FormDrop, TakesTheFirstFileOnly) {
         {QUrl::fromLocalFile("/d/첫.mdb"), QUrl::fromLocalFile("/d/2.mdb"), QUrl::fromLocalFile("/d/3.mdb")});
     EXPECT_TRUE(Drop(Path(1), data).dropped);
     EXPECT_EQ(TextOf("txtDBPath_1"), "/d/첫.mdb");
+    PauseTyping();
     EXPECT_EQ(settings.values["최근DB_B"], "/d/첫.mdb");
 }
 
@@ -181,9 +243,10 @@ TEST_F(FormKeys, BrowsingRemembersTheFolder) {
     for (std::size_t i = 0; i < 4; ++i) {
         EXPECT_EQ(files.asked[i].name, expected[i].first) << i;
         EXPECT_EQ(files.asked[i].folder, expected[i].second) << i;
-        EXPECT_EQ(files.asked[i].filter, "MDB File (mdb) (*.mdb)");
+        EXPECT_EQ(files.asked[i].filter, "MDB File (mdb) (*.mdb *.MDB)");
     }
     EXPECT_EQ(TextOf("txtDBPath_0"), "  ");
+    PauseTyping();
     EXPECT_EQ(settings.values["최근DB_A"], "  ");
 }
 

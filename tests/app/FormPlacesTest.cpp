@@ -42,8 +42,7 @@ TEST_F(FormPlaces, NothingOverlapsAtAnySize) {
     for (const QSize size : {QSize(333, 333), QSize(400, 600), QSize(517, 400), QSize(560, 400),
                              QSize(640, 480), QSize(871, 710), QSize(1920, 1080)}) {
         form_->resize(size);
-        QApplication::processEvents();
-        ASSERT_EQ(form_->size(), size);
+        ASSERT_TRUE(QTest::qWaitFor([&] { return form_->size() == size; }));
         std::vector<QRect> places;
         for (const ControlEntry& control : ControlTable()) {
             if (Floats(control)) {
@@ -63,8 +62,8 @@ TEST_F(FormPlaces, NothingOverlapsAtAnySize) {
 TEST_F(FormPlaces, TheWindowSnapsBackTo5000Twips) {
     Open();
     form_->resize(100, 50);
-    QApplication::processEvents();
-    EXPECT_EQ(form_->frameGeometry().size(), QSize(333, 333));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return form_->frameGeometry().size() == QSize(333, 333); }))
+        << form_->frameGeometry().width() << " x " << form_->frameGeometry().height();
 }
 
 /// Room for a text within its control, as the style draws it.

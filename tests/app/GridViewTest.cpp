@@ -1,8 +1,10 @@
 // The grid on the screen: rows, headers, colours, copying, size.
 #include <chrono>
+#include <numeric>
 
 #include <QApplication>
 #include <QClipboard>
+#include <QContextMenuEvent>
 #include <QPainter>
 #include <QScrollBar>
 #include <QTest>
@@ -10,6 +12,8 @@
 
 #include "app/QtText.h"
 #include "app/grid/GridColours.h"
+#include "app/grid/GridColumns.h"
+#include "app/grid/GridDelegate.h"
 #include "app/grid/GridHeader.h"
 #include "app/grid/GridView.h"
 #include "app/logic/GridCommands.h"
@@ -208,11 +212,50 @@ TEST_F(GridOnScreen, ADraggedColumnKeepsItsWidth) {
     EXPECT_EQ(view.columnWidth(0), dragged);
 }
 
+TEST_F(GridOnScreen, ADoubleClickOnABorderFitsTheColumn) {
+    Fill(3000, 2);
+    const std::string longest = "DEFAULT 값 12345678901234567890";
+    grid.PutText(8, 2900, longest);
+    grid.PutText(6, 2, "Currency");
+    Paint(8, 2900, grid::colours::kRed);
+    Paint(6, 2, grid::colours::kRed);
+    QFont bold = view.font();
+    bold.setBold(true);
+    const std::pair<int, std::string> cases[] = {{6, "Currency"}, {8, longest}};
+    for (const auto& [column, text] : cases) {
+        const int edge = view.Header().sectionViewportPosition(column);
+        const QPoint border(edge - 1, view.Header().height() - 4);
+        QTest::mouseClick(view.Header().viewport(), Qt::LeftButton, {}, border);
+        QTest::mouseDClick(view.Header().viewport(), Qt::LeftButton, {}, border);
+        const QRect cell(0, 0, view.columnWidth(column - 1), 20);
+        const int needed = QFontMetrics(bold).horizontalAdvance(ToQt(text));
+        EXPECT_GE(TextRoom(cell, column, CellSign::Corner).width(), needed) << text;
+        EXPECT_LE(TextRoom(cell, column, CellSign::Corner).width(), needed + 20) << text;
+    }
+}
+
+TEST_F(GridOnScreen, TheKeyboardOpensTheMenuAtTheCurrentCell) {
+    Fill(30, 2);
+    grid.ActivateCell(5, 7);
+    std::vector<QPoint> places;
+    view.onContextMenu = [&places](const QPoint& place) { places.push_back(place); };
+    QTest::keyClick(&view, Qt::Key_F10, Qt::ShiftModifier);
+    QContextMenuEvent menuKey(QContextMenuEvent::Keyboard, {5, 5}, view.mapToGlobal(QPoint(5, 5)));
+    QApplication::sendEvent(view.viewport(), &menuKey);
+    QTest::keyClick(&view, Qt::Key_F10);
+    const QPoint below = view.viewport()->mapToGlobal(CellRect(5, 7).bottomLeft());
+    EXPECT_EQ(places, (std::vector<QPoint>{below, below}));
+}
+
 TEST_F(GridOnScreen, ReadsNothingWhileRepaintIsOff) {
     Fill(5, 2);
     grid.SetRepaint(false);
     grid.SetRowCount(0);
     view.viewport()->repaint();
+    const QImage numbers = view.verticalHeader()->viewport()->grab().toImage();
+    for (int y = 0; y < numbers.height(); ++y) {
+        ASSERT_EQ(numbers.pixel(numbers.width() / 2, y), numbers.pixel(1, 1)) << y;
+    }
     EXPECT_EQ(view.model()->rowCount(), 5);
     EXPECT_EQ(ColourAt({5, 5}), view.palette().color(QPalette::Base));
     grid.SetRepaint(true);
@@ -235,6 +278,36 @@ TEST_F(GridOnScreen, IsQuickWith200000Rows) {
     view.viewport()->repaint();
     // Generous: it takes a tenth of this, but not on a machine under sanitizers that does other things too.
     EXPECT_LT(Clock::now() - start, std::chrono::seconds(10));
+}
+
+/// The room at the designed size, beside a wide scroll bar.
+constexpr int kDesignedRoom = 871 - 2 - 17;
+
+TEST(ColumnWidths, HoldTheUsualTextsInTheDesignedRoomInAnyType) {
+    for (const char* family : {"NanumGothic", "NanumBarunGothic", "DejaVu Sans", "DejaVu Sans Mono",
+                               "DejaVu Serif", "Nimbus Sans"}) {
+        for (const int pixels : {9, 11, 12}) {
+            QFont font(QString::fromLatin1(family));
+            font.setPixelSize(pixels);
+            QFont bold = font;
+            bold.setBold(true);
+            const ColumnWidths widths = WidthsFor(font, kDesignedRoom, 12'345);
+            EXPECT_LE(std::accumulate(widths.begin(), widths.end(), 0), kDesignedRoom) << family << pixels;
+            for (int column = 1; column <= grid::kColumnCount; ++column) {
+                const int width = widths[static_cast<std::size_t>(column)];
+                const QString caption = ToQt(grid::LayoutOf(column).caption);
+                const bool hidden = grid::LayoutOf(column).hidden;
+                EXPECT_TRUE(hidden || width >= QFontMetrics(font).horizontalAdvance(caption) + 6)
+                    << family << pixels << ": " << column;
+            }
+            for (const int type : {6, 18}) {
+                const QRect cell(0, 0, widths[static_cast<std::size_t>(type)], 20);
+                EXPECT_GE(TextRoom(cell, type, CellSign::Corner).width(),
+                          QFontMetrics(bold).horizontalAdvance("Currency"))
+                    << family << pixels;
+            }
+        }
+    }
 }
 
 TEST(CellLooks, AreReadableInLightAndDark) {

@@ -1,12 +1,15 @@
 // Message boxes and the grid's menu as they appear on the screen.
 #include <QApplication>
+#include <QDialogButtonBox>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QScreen>
 #include <QTest>
 #include <QTimer>
 #include <gtest/gtest.h>
 
 #include "app/GridMenu.h"
+#include "app/KoreanWords.h"
 #include "app/QtMessageBox.h"
 #include "app/QtText.h"
 
@@ -74,6 +77,34 @@ TEST_F(MessageBoxes, AnswerQuestionsWithTheDefaultButton) {
     EXPECT_EQ(Answer(question, Qt::Key_Y), MessageAnswer::Yes);
     EXPECT_EQ(Answer(question, Qt::Key_Escape), MessageAnswer::No);
     EXPECT_EQ(Answer({.text = "?", .buttons = MessageButtons::YesNo}, Qt::Key_Return), MessageAnswer::Yes);
+}
+
+TEST_F(MessageBoxes, AreGoneFromTheScreenBeforeTheWorkGoesOn) {
+    window.setAutoFillBackground(true);
+    window.setPalette(QPalette(Qt::green));
+    window.resize(900, 700);
+    window.show();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+    QTimer::singleShot(0,
+                       [] { ASSERT_TRUE(QTest::qWaitForWindowActive(QApplication::activeModalWidget())); });
+    Answer({.text = "정말?", .buttons = MessageButtons::YesNo}, Qt::Key_Y);
+    const QImage shown = window.screen()->grabWindow(window.winId()).toImage();  // as the work finds it
+    ASSERT_FALSE(shown.isNull());
+    const QRgb back = shown.pixel(2, 2);
+    for (int y = 0; y < shown.height(); y += 5) {
+        for (int x = 0; x < shown.width(); x += 5) {
+            ASSERT_EQ(shown.pixel(x, y), back) << x << ", " << y;
+        }
+    }
+}
+
+TEST_F(MessageBoxes, TheToolkitSpeaksKorean) {
+    const QDialogButtonBox buttons(QDialogButtonBox::Cancel);
+    EXPECT_TRUE(buttons.button(QDialogButtonBox::Cancel)->text().startsWith("취소"));
+    const CommonWords words;  // as where the toolkit's own translation is missing
+    EXPECT_EQ(FromQt(words.translate("QPlatformTheme", "Cancel")), "취소");
+    EXPECT_EQ(FromQt(words.translate("QLineEdit", "&Paste")), "붙여넣기(&P)");
+    EXPECT_TRUE(words.translate("QLineEdit", "no such word").isNull());
 }
 
 TEST_F(MessageBoxes, TheGridsMenuOffersCopyingAndSaving) {

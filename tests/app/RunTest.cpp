@@ -41,6 +41,7 @@ class Run : public FormFixture {
         std::getline(paths, settings.values["최근DB_A"]);
         std::getline(paths, settings.values["최근DB_B"]);
         Open();
+        QApplication::processEvents();  // what showing the window left to be painted
     }
     void ExpectDifferences() {
         const auto texts = messages.Texts();

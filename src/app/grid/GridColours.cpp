@@ -63,12 +63,20 @@ bool IsDark(const QPalette& palette) {
     return palette.color(QPalette::Base).lightness() < 128;
 }
 
+CellSign SignOf(grid::Colour back) {
+    if (back == colours::kWhite) {
+        return CellSign::None;
+    }
+    const DarkForm* form = PaintedForm(back);
+    return form != nullptr ? form->sign : CellSign::Bold;
+}
+
 CellLook LookOf(grid::Colour back, grid::Colour text, const QPalette& palette) {
     if (back == colours::kWhite) {
         return {palette.color(QPalette::Base), palette.color(QPalette::Text), CellSign::None};
     }
     const DarkForm* form = PaintedForm(back);
-    const CellSign sign = form != nullptr ? form->sign : CellSign::Bold;
+    const CellSign sign = SignOf(back);
     if (form != nullptr && IsDark(palette)) {
         return {QColor(form->dark), QColor(form->text), sign};
     }

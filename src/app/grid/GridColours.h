@@ -28,6 +28,9 @@ struct CellLook {
 
 bool IsDark(const QPalette& palette);
 
+/// What a cell that has this colour in the grid is told by beside the colour.
+CellSign SignOf(grid::Colour back);
+
 /// The look of a cell with these colours in the grid.  A cell without colour of its own takes the desktop's;
 /// the text can be read on the back (contrast of 4.5 at least, but for the compare column's given pair).
 CellLook LookOf(grid::Colour back, grid::Colour text, const QPalette& palette);

@@ -62,6 +62,17 @@ QRect TextRoom(const QRect& rect, int gridColumn, CellSign sign) {
     return rect.adjusted(kCellMargin + (beside ? kSignBar : 0), 0, -kCellMargin - 1, -1);
 }
 
+QFont CellFont(const QFont& font, CellSign sign) {
+    QFont type = font;
+    type.setBold(IsBold(sign));
+    return type;
+}
+
+int CellWidth(int textWidth, int gridColumn, CellSign sign) {
+    constexpr int kAny = 100;
+    return textWidth + kAny - TextRoom(QRect(0, 0, kAny, 1), gridColumn, sign).width();
+}
+
 GridDelegate::GridDelegate(const GridModel& model, QObject* parent)
     : QAbstractItemDelegate(parent), model_(model) {}
 
@@ -92,9 +103,7 @@ void GridDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
     DrawSign(*painter, option.rect, look);
     const std::string_view text = grid.Text(column, row);
     if (!text.empty() && (index.row() == topRow_ || !MergesWithAbove(column, index.row()))) {
-        QFont font = option.font;
-        font.setBold(IsBold(look.sign));
-        painter->setFont(font);
+        painter->setFont(CellFont(option.font, look.sign));
         painter->setPen(look.text);
         DrawText(*painter, TextRoom(option.rect, column, look.sign), column, ToQt(text));
     }
@@ -106,8 +115,11 @@ void GridDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
 }
 
 QSize GridDelegate::sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const {
-    const int width = option.fontMetrics.horizontalAdvance(model_.data(index).toString());
-    return {width + 2 * kCellMargin + 1, option.fontMetrics.height() + 4};
+    const int column = index.column() + 1;
+    const CellSign sign = SignOf(model_.Grid().BackColor(column, model_.GridRow(index.row())));
+    const QFontMetrics metrics(CellFont(option.font, sign));
+    return {CellWidth(metrics.horizontalAdvance(model_.data(index).toString()), column, sign),
+            metrics.height() + 4};
 }
 
 }  // namespace tavrel::app

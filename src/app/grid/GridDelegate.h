@@ -14,6 +14,11 @@ inline constexpr int kCellMargin = 3;
 /// Where a cell's text is drawn: beside the cell's sign when it begins at the left.
 QRect TextRoom(const QRect& rect, int gridColumn, CellSign sign);
 
+/// The type of a cell's text.
+QFont CellFont(const QFont& font, CellSign sign);
+/// The least width of a cell in which a text that is `textWidth` wide is shown whole.
+int CellWidth(int textWidth, int gridColumn, CellSign sign);
+
 class GridDelegate : public QAbstractItemDelegate {
   public:
     /// The model must outlive the delegate.

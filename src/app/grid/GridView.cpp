@@ -1,5 +1,8 @@
 #include "app/grid/GridView.h"
 
+#include <algorithm>
+#include <vector>
+
 #include <QContextMenuEvent>
 #include <QHelpEvent>
 #include <QKeyEvent>
@@ -8,11 +11,13 @@
 #include <QTimer>
 #include <QToolTip>
 
+#include "app/QtText.h"
 #include "app/grid/GridClipboard.h"
 #include "app/grid/GridColours.h"
 #include "app/grid/GridColumns.h"
 #include "app/grid/GridDelegate.h"
 #include "app/grid/GridHeader.h"
+#include "app/grid/RowNumbers.h"
 
 namespace tavrel::app {
 
@@ -72,12 +77,8 @@ GridView::~GridView() {
 
 void GridView::SetUpHeaders() {
     setHorizontalHeader(header_);
-    QHeaderView* rows = verticalHeader();
-    rows->setSectionResizeMode(QHeaderView::Fixed);
-    rows->setMinimumSectionSize(1);
-    rows->setDefaultSectionSize(fontMetrics().height() + kRowMargin);
-    rows->setDefaultAlignment(Qt::AlignCenter);
-    rows->setHighlightSections(false);
+    setVerticalHeader(new RowNumbers(grid_, this));
+    verticalHeader()->setDefaultSectionSize(fontMetrics().height() + kRowMargin);
 }
 
 // ---- following the grid
@@ -149,10 +150,21 @@ void GridView::currentChanged(const QModelIndex& current, const QModelIndex& pre
 void GridView::paintEvent(QPaintEvent* event) {
     if (!grid_.Repaint()) {
         QPainter(viewport()).fillRect(event->rect(), palette().color(QPalette::Base));
+        BlankTheRest();
         return;
     }
+    blank_ = false;
     delegate_->SetTopRow(rowAt(0));
     QTableView::paintEvent(event);
+}
+
+/// Half a listing would be taken for the whole: what is still on the screen goes too.
+void GridView::BlankTheRest() {
+    if (!blank_) {
+        blank_ = true;
+        viewport()->update();
+        verticalHeader()->viewport()->update();
+    }
 }
 
 /// The texts of merged cells wander with the upper edge, so their columns are drawn anew.
@@ -175,7 +187,7 @@ void GridView::FitColumns() {
     }
     const Flag fitting(fitting_);
     const int room = viewport()->width() + verticalHeader()->width();
-    const ColumnWidths widths = WidthsFor(fontMetrics(), room, grid_.RowCount());
+    const ColumnWidths widths = WidthsFor(font(), room, grid_.RowCount());
     verticalHeader()->setFixedWidth(widths[0]);
     for (int column = 1; column <= grid::kColumnCount; ++column) {
         if (!grid_.ColumnHidden(column)) {
@@ -199,14 +211,31 @@ void GridView::changeEvent(QEvent* event) {
     }
 }
 
+/// The column's widest text, in whatever row; each text is measured once in each type.
+int GridView::sizeHintForColumn(int column) const {
+    const QFontMetrics metrics[] = {QFontMetrics(font()), QFontMetrics(CellFont(font(), CellSign::Bold))};
+    std::vector<bool> measured[] = {std::vector<bool>(grid_.IdLimit()), std::vector<bool>(grid_.IdLimit())};
+    int width = 0;
+    for (int modelRow = 0; modelRow < model_->rowCount(); ++modelRow) {
+        const int row = model_->GridRow(modelRow);
+        const grid::TextId id = grid_.Id(column + 1, row);
+        const CellSign sign = SignOf(grid_.BackColor(column + 1, row));
+        const std::size_t type = IsBold(sign) ? 1 : 0;
+        if (!measured[type][id]) {
+            measured[type][id] = true;
+            const int text = metrics[type].horizontalAdvance(ToQt(grid_.Text(column + 1, row)));
+            width = std::max(width, CellWidth(text, column + 1, sign));
+        }
+    }
+    return width;
+}
+
 QString GridView::CutText(const QModelIndex& index) const {
     const QString text = model_->data(index).toString();
-    QFont font = this->font();
     const int column = index.column() + 1;
-    const CellSign sign = LookOf(grid_.BackColor(column, model_->GridRow(index.row())), 0, palette()).sign;
-    font.setBold(IsBold(sign));
+    const CellSign sign = SignOf(grid_.BackColor(column, model_->GridRow(index.row())));
     const int room = TextRoom(visualRect(index), column, sign).width();
-    return QFontMetrics(font).horizontalAdvance(text) > room ? text : QString();
+    return QFontMetrics(CellFont(font(), sign)).horizontalAdvance(text) > room ? text : QString();
 }
 
 bool GridView::viewportEvent(QEvent* event) {
@@ -227,6 +256,10 @@ void GridView::keyPressEvent(QKeyEvent* event) {
         event->accept();
         return;
     }
+    if (event->key() == Qt::Key_F10 && event->modifiers() == Qt::ShiftModifier) {
+        ShowMenuAtCell();
+        return;
+    }
     QTableView::keyPressEvent(event);
 }
 
@@ -235,8 +268,18 @@ void GridView::CopySelection() const {
 }
 
 void GridView::contextMenuEvent(QContextMenuEvent* event) {
-    if (onContextMenu) {
+    if (event->reason() == QContextMenuEvent::Keyboard) {
+        ShowMenuAtCell();
+    } else if (onContextMenu) {
         onContextMenu(event->globalPos());
+    }
+}
+
+/// Below the current cell, as far as that is in view.
+void GridView::ShowMenuAtCell() {
+    if (onContextMenu) {
+        const QRect seen = visualRect(currentIndex()) & viewport()->rect();
+        onContextMenu(viewport()->mapToGlobal(seen.isEmpty() ? QPoint(0, 0) : seen.bottomLeft()));
     }
 }
 

@@ -26,7 +26,7 @@ class GridView : public QTableView, private grid::GridObserver {
     /// The selected cells go to the clipboard as tab-separated text.
     void CopySelection() const;
 
-    /// Called for a right click or the menu key, with the place on the screen.
+    /// Called for a right click, the menu key or Shift+F10, with the place on the screen.
     std::function<void(const QPoint&)> onContextMenu;
 
   protected:
@@ -37,6 +37,7 @@ class GridView : public QTableView, private grid::GridObserver {
     void contextMenuEvent(QContextMenuEvent* event) override;
     bool viewportEvent(QEvent* event) override;
     void scrollContentsBy(int dx, int dy) override;
+    [[nodiscard]] int sizeHintForColumn(int column) const override;
     void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
 
   private:
@@ -49,6 +50,8 @@ class GridView : public QTableView, private grid::GridObserver {
     void FocusRequested() override;
 
     void SetUpHeaders();
+    void BlankTheRest();
+    void ShowMenuAtCell();
     void Reload();
     void ShowActiveCell();
     void FitColumns();
@@ -64,6 +67,7 @@ class GridView : public QTableView, private grid::GridObserver {
     bool fitting_ = false;       ///< widths are being set by FitColumns
     bool widthsByUser_ = false;  ///< a column was dragged: widths stay from then on
     bool reloadComing_ = false;
+    bool blank_ = false;  ///< Repaint is off, and nothing of an older listing is left
 };
 
 }  // namespace tavrel::app

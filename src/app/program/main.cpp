@@ -3,6 +3,7 @@
 
 #include "app/Form1.h"
 #include "app/FormFont.h"
+#include "app/KoreanWords.h"
 #include "compare/PatchedCopies.h"
 #include "platform/Settings.h"
 #include "update/StartUp.h"
@@ -12,6 +13,7 @@ int main(int argc, char** argv) {
     QApplication::setApplicationName(QStringLiteral("Tavrel"));
     QApplication::setDesktopFileName(QStringLiteral("kr.ardel.Tavrel"));
     QApplication::setFont(tavrel::app::FormFont());
+    tavrel::app::InstallKoreanWords();
     tavrel::compare::PatchedCopies copies;
     tavrel::app::Form1 form({.settings = tavrel::platform::UserSettings(),
                              .copies = &copies,

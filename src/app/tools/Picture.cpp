@@ -10,6 +10,7 @@
 
 #include "app/Form1.h"
 #include "app/FormFont.h"
+#include "app/KoreanWords.h"
 #include "compare/PatchedCopies.h"
 #include "platform/Settings.h"
 
@@ -44,6 +45,7 @@ int main(int argc, char** argv) {
     const QString target = QDir::current().absoluteFilePath(QString::fromLocal8Bit(argv[1]));
     QApplication application(argc, argv);
     QApplication::setFont(tavrel::app::FormFont());
+    tavrel::app::InstallKoreanWords();
     PrintedMessages messages;
     tavrel::compare::PatchedCopies copies;
     tavrel::app::Form1 form(

@@ -6,12 +6,13 @@
 
 namespace tavrel::platform {
 
-void OpenWithAssociatedProgram(const std::string& path) {
+bool OpenWithAssociatedProgram(const std::string& path) {
     try {
         // In full, so that a name that begins with a hyphen is no option.
         StartProgram("xdg-open", FullPath(path), ShowCommand::NormalWithFocus);
+        return true;
     } catch (const Error&) {
-        // A desktop without the opener: nothing is opened, as with a file that no program is for.
+        return false;  // a desktop without the opener
     }
 }
 
