@@ -4,7 +4,6 @@
 #include <array>
 
 #include <QCoreApplication>
-#include <QKeyEvent>
 
 namespace tavrel::app {
 
@@ -35,11 +34,28 @@ std::int16_t ShiftState(Qt::KeyboardModifiers modifiers) {
 
 }  // namespace
 
+void HeldKey::Take(const QKeyEvent& event) {
+    constexpr qint64 kLongestToRepeat = 1000;  // ms; no desktop lets a held key wait longer
+    if (event.type() == QEvent::KeyRelease) {
+        down_ = event.isAutoRepeat();
+        released_ = event.timestamp();
+        return;
+    }
+    const bool repeated = event.isAutoRepeat() || (released_ != 0 && event.timestamp() == released_);
+    held_ = repeated || (down_ && lastPress_.elapsed() < kLongestToRepeat);
+    down_ = true;
+    lastPress_.start();
+}
+
 KeyCommands::KeyCommands(QWidget& form, Handler handler) : form_(form), handler_(std::move(handler)) {
     QCoreApplication::instance()->installEventFilter(this);
 }
 
 bool KeyCommands::eventFilter(QObject* watched, QEvent* event) {
+    const bool isKey = event->type() == QEvent::KeyPress || event->type() == QEvent::KeyRelease;
+    if (isKey && watched->isWindowType() && static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape) {
+        escape_.Take(*static_cast<QKeyEvent*>(event));
+    }
     if (event->type() != QEvent::KeyPress || !watched->isWidgetType() ||
         static_cast<QWidget*>(watched)->window() != &form_) {
         return false;
@@ -50,7 +66,7 @@ bool KeyCommands::eventFilter(QObject* watched, QEvent* event) {
         return false;
     }
     // The Esc that closed a box is often still held when the window is back; it is not to close that, too.
-    if (line->repeats || !press->isAutoRepeat()) {
+    if (line->repeats || !(press->isAutoRepeat() || escape_.IsHeld())) {
         handler_(line->code, ShiftState(press->modifiers()));
     }
     return true;

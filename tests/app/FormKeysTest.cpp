@@ -91,11 +91,22 @@ TEST_F(FormKeys, AHeldEscapeClosesNothingMore) {
     QKeyEvent held(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier, QString(), true);
     QApplication::sendEvent(&Path(0), &held);
     EXPECT_TRUE(form_->isVisible());
+    QWidget box;  // gets the press, and is gone when the release comes
+    box.show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&box));
+    QTest::keyPress(box.windowHandle(), Qt::Key_Escape);
+    QTest::keyPress(form_->windowHandle(), Qt::Key_Escape);
+    EXPECT_TRUE(form_->isVisible());
     FillGrid("! !");
     Activate(12, 1);
     QKeyEvent stepping(QEvent::KeyPress, Qt::Key_F3, Qt::NoModifier, QString(), true);
     QApplication::sendEvent(&Path(0), &stepping);
     EXPECT_EQ(ActiveRow(), 3);
+    QTest::keyRelease(form_->windowHandle(), Qt::Key_Escape);
+    QTest::qWait(5);
+    QTest::keyPress(form_->windowHandle(), Qt::Key_Escape);
+    EXPECT_FALSE(form_->isVisible());
+    QTest::keyRelease(form_->windowHandle(), Qt::Key_Escape);
 }
 
 TEST_F(FormKeys, TheWheelTurnsNoListThatItPassesOver) {
