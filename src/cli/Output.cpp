@@ -37,13 +37,6 @@ std::string Destination(const std::string& path) {
     return path;
 }
 
-/// A device or pipe: it can be written to, but nothing can take its place.
-bool IsDevice(const std::string& path) {
-    std::error_code ignored;
-    const fs::file_status status = fs::status(PathOf(path), ignored);
-    return fs::exists(status) && !fs::is_regular_file(status) && !fs::is_directory(status);
-}
-
 std::unique_ptr<std::streambuf> OpenDevice(const std::string& path) {
     auto device = std::make_unique<std::filebuf>();
     if (device->open(PathOf(path), std::ios::out | std::ios::binary) == nullptr) {
@@ -79,7 +72,7 @@ ReportFile::ReportFile(const std::string& path) : path_(Destination(path)) {
     if (platform::FolderExists(path_)) {
         throw MakeError(errors::kPathAccess, {}, path);
     }
-    if (IsDevice(path_)) {
+    if (platform::IsDevice(path_)) {
         buffer_ = OpenDevice(path_);
     } else {
         std::string beside = UnusedNameBeside(path_);
@@ -97,7 +90,7 @@ ReportFile::~ReportFile() {
     if (!temporary_.empty()) {
         try {
             platform::DeleteFileIfThere(temporary_);
-        } catch (const Error&) {
+        } catch (...) {
             // The failure that brought us here is the one to report.
         }
     }
@@ -114,12 +107,14 @@ void ReportFile::Commit() {
 }
 
 std::string UnusedNameBeside(const std::string& path) {
-    std::string name;
-    int number = 0;
-    do {
-        name = path + ".new" + std::to_string(number++);
-    } while (platform::FileExists(name) || platform::FolderExists(name));
-    return name;
+    constexpr int kMost = 10'000;
+    for (int number = 0; number < kMost; ++number) {
+        std::string name = path + ".new" + std::to_string(number);
+        if (!platform::FileExists(name) && !platform::FolderExists(name)) {
+            return name;
+        }
+    }
+    throw MakeError(errors::kFileExists, {}, path + ".new…");
 }
 
 bool IsSameFile(const std::string& a, const std::string& b) {

@@ -17,6 +17,9 @@ inline constexpr char kPathSeparator =
 /// the lookup itself fails (a drive that is gone, no permission on a folder of the path).
 bool FileExists(const std::string& path);
 bool FolderExists(const std::string& path);
+/// The name leads to a device or a pipe: it can be written to, but nothing can take its place.  False when it
+/// cannot be looked up.
+bool IsDevice(const std::string& path);
 std::uint64_t FileSize(const std::string& path);
 void DeleteFileIfThere(const std::string& path);
 /// Creates a folder; fine when it exists already.
@@ -26,6 +29,9 @@ void MakeFolder(const std::string& path);
 void ReplaceFile(const std::string& from, const std::string& to);
 /// Gives `to` the permissions of `from`: mode and owner, on Windows the access list.
 void CopyPermissions(const std::string& from, const std::string& to);
+/// Takes from a folder's permissions what those of `file` do not grant, where they carry their own; the owner
+/// keeps all.
+void NarrowFolderLike(const std::string& file, const std::string& folder);
 /// Where the path leads when links are followed; the path itself when there is none.
 std::string FollowLinks(const std::string& path);
 /// The path in full, from the root.

@@ -28,4 +28,10 @@ std::vector<std::string> CommandLine(int argc, char** argv) {
     return {argv, argv + argc};
 }
 
+void PassBytesUnchanged() {}
+
+std::optional<std::string> Utf8FromConsole(std::string_view /*bytes*/) {
+    return std::nullopt;
+}
+
 }  // namespace tavrel::platform

@@ -27,6 +27,22 @@ std::optional<struct stat> LookUp(const std::string& path) {
     throw LastSystemError(path);
 }
 
+constexpr mode_t kPermissions = 0777;
+constexpr mode_t kReading = S_IRUSR | S_IRGRP | S_IROTH;
+constexpr unsigned kSearchShift = 2;  ///< from "may read" to "may search", of the same class
+constexpr mode_t kOfGroup = S_IRWXG;
+constexpr mode_t kOfOthers = S_IRWXO;
+constexpr unsigned kGroupShift = 3;  ///< from others to the group
+constexpr uid_t kSameOwner = static_cast<uid_t>(-1);
+
+struct stat StatusOf(const std::string& path) {
+    struct stat status = {};
+    if (::stat(path.c_str(), &status) != 0) {
+        throw LastSystemError(path);
+    }
+    return status;
+}
+
 /// Makes a rename in the folder last.  A folder that may not be read cannot be synced; the rename stands
 /// anyway.
 void SyncFolderOf(const std::string& path) {
@@ -49,11 +65,13 @@ bool FolderExists(const std::string& path) {
     return status && S_ISDIR(status->st_mode);
 }
 
-std::uint64_t FileSize(const std::string& path) {
+bool IsDevice(const std::string& path) {
     struct stat status = {};
-    if (::stat(path.c_str(), &status) != 0) {
-        throw LastSystemError(path);
-    }
+    return ::stat(path.c_str(), &status) == 0 && !S_ISREG(status.st_mode) && !S_ISDIR(status.st_mode);
+}
+
+std::uint64_t FileSize(const std::string& path) {
+    const struct stat status = StatusOf(path);
     if (!S_ISREG(status.st_mode)) {
         throw MakeError(errors::kPathAccess, {}, path + ": 일반 파일이 아님");
     }
@@ -89,16 +107,31 @@ void ReplaceFile(const std::string& from, const std::string& to) {
 }
 
 void CopyPermissions(const std::string& from, const std::string& to) {
-    constexpr mode_t kPermissions = 0777;
-    struct stat status = {};
-    if (::stat(from.c_str(), &status) != 0) {
-        throw LastSystemError(from);
+    const struct stat wanted = StatusOf(from);
+    // Only the superuser may give a file away; for others it is theirs already, or stays theirs.
+    [[maybe_unused]] const int given = ::chown(to.c_str(), wanted.st_uid, wanted.st_gid);
+    if (given != 0) {
+        [[maybe_unused]] const int shared = ::chown(to.c_str(), kSameOwner, wanted.st_gid);
     }
-    if (::chmod(to.c_str(), status.st_mode & kPermissions) != 0) {
+    const struct stat made = StatusOf(to);
+    mode_t mode = wanted.st_mode & kPermissions;
+    if (made.st_gid != wanted.st_gid) {
+        // Its group is another one, to which the owner has granted no more than to anybody.
+        mode &= ~kOfGroup | (mode & kOfOthers) << kGroupShift;
+    }
+    if ((made.st_mode & kPermissions) != mode && ::chmod(to.c_str(), mode) != 0) {
         throw LastSystemError(to);
     }
-    // Only the superuser may give a file away; for others it is theirs already, or stays theirs.
-    [[maybe_unused]] const int given = ::chown(to.c_str(), status.st_uid, status.st_gid);
+}
+
+void NarrowFolderLike(const std::string& file, const std::string& folder) {
+    const mode_t granted = StatusOf(file).st_mode & kPermissions;
+    const mode_t present = StatusOf(folder).st_mode & kPermissions;
+    const mode_t search = (granted & kReading) >> kSearchShift;  // who may read files may look for them
+    const mode_t narrow = present & (granted | search | S_IRWXU);
+    if (narrow != present && ::chmod(folder.c_str(), narrow) != 0) {
+        throw LastSystemError(folder);
+    }
 }
 
 std::string FollowLinks(const std::string& path) {

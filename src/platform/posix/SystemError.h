@@ -7,8 +7,8 @@
 
 namespace tavrel::platform {
 
-/// The error for `errorNumber` (an errno value) met at `path`; the operating system's own words are the
-/// reason.
+/// The error for `errorNumber` (an errno value) met at `path`; the reason is in Korean for the common ones,
+/// for others in the operating system's own words.
 Error SystemError(int errorNumber, const std::string& path);
 
 /// The same with errno as it is now.

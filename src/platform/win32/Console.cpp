@@ -1,5 +1,8 @@
 #include "platform/Console.h"
 
+#include <cstdio>
+#include <fcntl.h>
+#include <io.h>
 #include <iterator>
 #include <memory>
 
@@ -102,6 +105,25 @@ std::vector<std::string> CommandLine(int argc, char** argv) {
         arguments.push_back(Narrow(words[static_cast<std::size_t>(i)]));
     }
     return arguments;
+}
+
+void PassBytesUnchanged() {
+    ::_setmode(::_fileno(stdin), _O_BINARY);
+    ::_setmode(::_fileno(stdout), _O_BINARY);
+}
+
+std::optional<std::string> Utf8FromConsole(std::string_view bytes) {
+    const UINT ofConsole = ::GetConsoleCP();
+    const UINT codePage = ofConsole != 0 ? ofConsole : ::GetOEMCP();
+    const int size = static_cast<int>(bytes.size());
+    std::wstring wide(bytes.size(), L'\0');  // never more units than bytes
+    const int length =
+        ::MultiByteToWideChar(codePage, MB_ERR_INVALID_CHARS, bytes.data(), size, wide.data(), size);
+    if (length == 0) {
+        return std::nullopt;
+    }
+    wide.resize(static_cast<std::size_t>(length));
+    return Narrow(wide);
 }
 
 }  // namespace tavrel::platform

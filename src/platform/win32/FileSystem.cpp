@@ -1,7 +1,11 @@
 #include "platform/FileSystem.h"
 
+#include <algorithm>
+#include <string_view>
+
 #include "platform/win32/SystemError.h"
 #include "platform/win32/Windows.h"
+#include "text/Case.h"
 
 namespace tavrel::platform {
 namespace {
@@ -78,6 +82,21 @@ bool FolderExists(const std::string& path) {
     return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
 }
 
+bool IsDevice(const std::string& path) {
+    constexpr std::string_view kNames[] = {"CON", "PRN", "AUX", "NUL", "CONIN$", "CONOUT$"};
+    constexpr std::string_view kNumbered[] = {"COM", "LPT"};
+    if (path.starts_with("\\\\.\\")) {
+        return true;
+    }
+    // Such a name is a device in every folder and with every extension.
+    const std::size_t folder = path.find_last_of("\\/:");
+    std::string name = text::Upper(path.substr(folder == std::string::npos ? 0 : folder + 1));
+    name.resize(std::min(name.find_first_of(". :"), name.size()));
+    const bool numbered = name.size() == 4 && name.back() >= '1' && name.back() <= '9' &&
+                          std::ranges::find(kNumbered, name.substr(0, 3)) != std::end(kNumbered);
+    return numbered || std::ranges::find(kNames, name) != std::end(kNames);
+}
+
 std::uint64_t FileSize(const std::string& path) {
     WIN32_FILE_ATTRIBUTE_DATA data = {};
     if (!::GetFileAttributesExW(WidePath(path).c_str(), GetFileExInfoStandard, &data)) {
@@ -135,6 +154,8 @@ void CopyPermissions(const std::string& from, const std::string& to) {
         throw SystemError(code, to);
     }
 }
+
+void NarrowFolderLike(const std::string& /*file*/, const std::string& /*folder*/) {}
 
 std::string FollowLinks(const std::string& path) {
     return path;

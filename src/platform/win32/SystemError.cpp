@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <iterator>
 
+#include "platform/SystemReasons.h"
 #include "platform/win32/Windows.h"
 
 namespace tavrel::platform {
@@ -11,29 +12,30 @@ namespace {
 struct Meaning {
     DWORD code;
     std::int32_t number;
+    std::string_view reason;
 };
 
-// Whatever is not listed is a device fault.
+// Whatever is not listed is a device fault, and Windows' number is its reason.
 constexpr Meaning kMeanings[] = {
-    {ERROR_FILE_NOT_FOUND, errors::kFileNotFound},
-    {ERROR_PATH_NOT_FOUND, errors::kPathNotFound},
-    {ERROR_BAD_NETPATH, errors::kPathNotFound},
-    {ERROR_BAD_NET_NAME, errors::kPathNotFound},
-    {ERROR_INVALID_DRIVE, errors::kPathNotFound},
-    {ERROR_FILE_EXISTS, errors::kFileExists},
-    {ERROR_ALREADY_EXISTS, errors::kFileExists},
-    {ERROR_DISK_FULL, errors::kDiskFull},
-    {ERROR_HANDLE_DISK_FULL, errors::kDiskFull},
-    {ERROR_FILE_TOO_LARGE, errors::kDiskFull},
-    {ERROR_SHARING_VIOLATION, errors::kPermissionDenied},
-    {ERROR_LOCK_VIOLATION, errors::kPermissionDenied},
-    {ERROR_ACCESS_DENIED, errors::kPermissionDenied},
-    {ERROR_TOO_MANY_OPEN_FILES, errors::kTooManyFiles},
-    {ERROR_WRITE_PROTECT, errors::kPathAccess},
-    {ERROR_DIRECTORY, errors::kPathAccess},
-    {ERROR_INVALID_NAME, errors::kPathAccess},
-    {ERROR_NOT_SAME_DEVICE, errors::kPathAccess},
-    {ERROR_FILENAME_EXCED_RANGE, errors::kPathAccess},
+    {ERROR_FILE_NOT_FOUND, errors::kFileNotFound, reasons::kNoFile},
+    {ERROR_PATH_NOT_FOUND, errors::kPathNotFound, reasons::kNoFolder},
+    {ERROR_BAD_NETPATH, errors::kPathNotFound, reasons::kNoFolder},
+    {ERROR_BAD_NET_NAME, errors::kPathNotFound, reasons::kNoFolder},
+    {ERROR_INVALID_DRIVE, errors::kPathNotFound, reasons::kNoFolder},
+    {ERROR_FILE_EXISTS, errors::kFileExists, reasons::kExists},
+    {ERROR_ALREADY_EXISTS, errors::kFileExists, reasons::kExists},
+    {ERROR_DISK_FULL, errors::kDiskFull, reasons::kNoSpace},
+    {ERROR_HANDLE_DISK_FULL, errors::kDiskFull, reasons::kNoSpace},
+    {ERROR_FILE_TOO_LARGE, errors::kDiskFull, reasons::kTooLarge},
+    {ERROR_SHARING_VIOLATION, errors::kPermissionDenied, reasons::kInUse},
+    {ERROR_LOCK_VIOLATION, errors::kPermissionDenied, reasons::kInUse},
+    {ERROR_ACCESS_DENIED, errors::kPermissionDenied, reasons::kNoPermission},
+    {ERROR_TOO_MANY_OPEN_FILES, errors::kTooManyFiles, reasons::kTooManyFiles},
+    {ERROR_WRITE_PROTECT, errors::kPathAccess, reasons::kReadOnlyDisk},
+    {ERROR_DIRECTORY, errors::kPathAccess, reasons::kIsFolder},
+    {ERROR_INVALID_NAME, errors::kPathAccess, reasons::kBadName},
+    {ERROR_NOT_SAME_DEVICE, errors::kPathAccess, reasons::kOtherDisk},
+    {ERROR_FILENAME_EXCED_RANGE, errors::kPathAccess, reasons::kNameTooLong},
 };
 
 }  // namespace
@@ -73,8 +75,8 @@ std::wstring WidePath(const std::string& path) {
 Error SystemError(std::uint32_t code, const std::string& path) {
     const auto* meaning = std::ranges::find(kMeanings, code, &Meaning::code);
     const bool listed = meaning != std::ranges::end(kMeanings);
-    return MakeError(listed ? meaning->number : errors::kDeviceFault, {},
-                     path + ": Windows " + std::to_string(code));
+    const std::string reason = listed ? std::string(meaning->reason) : "Windows " + std::to_string(code);
+    return MakeError(listed ? meaning->number : errors::kDeviceFault, {}, path + ": " + reason);
 }
 
 Error LastSystemError(const std::string& path) {
