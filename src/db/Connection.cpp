@@ -24,8 +24,9 @@ void Connection::Open(const std::string& connectionString, const std::string& /*
     if (!text::EqualIgnoringCase(settings.provider, kJetProvider)) {
         throw AdoError(adoErrors::kProviderNotFound);
     }
+    const ChangeOptions options{.onMedium = SyncCommits, .standIns = StandInWeights};
     runner_ = AsProvider(
-        [&] { return settings.readOnly ? OpenForReading(settings) : OpenForChanges(settings, SyncCommits); });
+        [&] { return settings.readOnly ? OpenForReading(settings) : OpenForChanges(settings, options); });
 }
 
 Recordset Connection::Execute(const std::string& statement, std::int32_t* recordsAffected,
@@ -51,6 +52,10 @@ Recordset Connection::Run(const std::string& statement, std::int32_t* recordsAff
         }
         return rows;
     });
+}
+
+unsigned Connection::TransactionDepth() const {
+    return runner_ ? runner_->TransactionDepth() : 0;
 }
 
 void Connection::Close() {

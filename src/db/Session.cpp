@@ -46,11 +46,13 @@ bool MeansMissing(const Error& error) {
 
 }  // namespace
 
-bool DBOpenADO(const std::string& path, const std::string& password) {
+bool DBOpenADO(const std::string& path, const std::string& password, SessionFile file) {
     gDBConn = std::make_unique<db::Connection>();
     gDBConn->ConnectionString = db::ConnectionStringFor(path, password);
     gDBConn->ConnectionTimeout = kTimeoutSeconds;
     gDBConn->CursorLocation = kUseClient;
+    gDBConn->SyncCommits = file == SessionFile::OnMedium;
+    gDBConn->StandInWeights = file == SessionFile::WorkingCopy;
     gDBConn->Open("", "", "", -1);
     return true;
 }

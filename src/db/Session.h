@@ -2,7 +2,7 @@
 //
 // Who traps what: DBOpenRs tells the user every failure by itself and answers -1; DBChkExistence takes a
 // missing object for an answer and tells the user any other failure; everything else lets the provider's
-// Error through to its caller.  Error 91 is raised when no connection was ever opened, 3709 when the latest
+// Error through to its caller.  Error 91 is raised when no connection was ever opened, 3704 when the latest
 // could not be.
 #pragma once
 
@@ -20,9 +20,16 @@ namespace tavrel::modDBsub {
 /// The session's connection.  Only DBOpenADO sets it; the last one lives until the program ends.
 extern std::unique_ptr<db::Connection> gDBConn;
 
+/// What a session's file is to the one who owns it.
+enum class SessionFile : std::uint8_t {
+    Written,      ///< written out after each statement; the system brings it to the medium when it likes
+    OnMedium,     ///< somebody's only copy: on the medium when a statement or a transaction has ended
+    WorkingCopy,  ///< nobody keeps it: like Written, and characters of unknown sort weight get stand-ins
+};
+
 /// Opens a database as the session.  The session before it is closed first, whether this one can be opened or
 /// not. Returns true; throws the provider's Error, and the session is then one that is not open.
-bool DBOpenADO(const std::string& path, const std::string& password);
+bool DBOpenADO(const std::string& path, const std::string& password, SessionFile file = SessionFile::Written);
 
 /// First column of the first row; the empty text when there is no row or the value is Null.  Rows behind the
 /// first are not read.  Throws Error: the provider's, and 3704 when the statement is no query.

@@ -19,6 +19,7 @@ class ChangingRunner : public StatementRunner {
   public:
     explicit ChangingRunner(std::unique_ptr<EditSession> session) : session_(std::move(session)) {}
     sql::ExecuteResult Execute(std::string_view statement) override { return session_->Execute(statement); }
+    [[nodiscard]] unsigned TransactionDepth() const override { return session_->TransactionDepth(); }
 
   private:
     std::unique_ptr<EditSession> session_;
@@ -47,11 +48,17 @@ class NoSchemaChanges : public sql::SchemaChanges {
 
 /// Transactions over a database that cannot change: there is nothing to keep or to undo.
 class NoTransactions : public sql::Transactions {
+  public:
+    [[nodiscard]] unsigned Depth() const { return depth_; }
+
+  private:
+    static constexpr unsigned kMost = 5;  // as many as a session that changes something takes
+
     void Begin() override {
-        if (begun_) {
+        if (depth_ == kMost) {
             throw MakeError(errors::kTooManyTransactions);
         }
-        begun_ = true;
+        ++depth_;
     }
     void Commit() override { End(); }
     void Rollback() override { End(); }
@@ -60,12 +67,12 @@ class NoTransactions : public sql::Transactions {
     void UndoStatement() noexcept override {}
 
     void End() {
-        if (!begun_) {
+        if (depth_ == 0) {
             throw MakeError(errors::kNoTransaction);
         }
-        begun_ = false;
+        --depth_;
     }
-    bool begun_ = false;
+    unsigned depth_ = 0;
 };
 
 class ReadingRunner : public StatementRunner, private sql::Tables {
@@ -76,6 +83,7 @@ class ReadingRunner : public StatementRunner, private sql::Tables {
     sql::ExecuteResult Execute(std::string_view statement) override {
         return sql::Execute(statement, workspace_);
     }
+    [[nodiscard]] unsigned TransactionDepth() const override { return transactions_.Depth(); }
 
   private:
     std::shared_ptr<sql::TableAccess> Find(std::string_view name) override {
@@ -101,11 +109,12 @@ class ReadingRunner : public StatementRunner, private sql::Tables {
 
 }  // namespace
 
-std::unique_ptr<StatementRunner> OpenForChanges(const ConnectionSettings& settings, bool onMedium) {
-    const auto durability =
-        onMedium ? EditSession::Durability::OnMedium : EditSession::Durability::WrittenOut;
-    return std::make_unique<ChangingRunner>(
-        EditSession::Open(settings.dataSource, OptionsOf(settings), durability));
+std::unique_ptr<StatementRunner> OpenForChanges(const ConnectionSettings& settings,
+                                                const ChangeOptions& options) {
+    return std::make_unique<ChangingRunner>(EditSession::Open(
+        settings.dataSource, OptionsOf(settings),
+        options.onMedium ? EditSession::Durability::OnMedium : EditSession::Durability::WrittenOut,
+        options.standIns ? UnknownWeights::StandIn : UnknownWeights::Refuse));
 }
 
 std::unique_ptr<StatementRunner> OpenForReading(const ConnectionSettings& settings) {

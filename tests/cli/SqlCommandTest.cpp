@@ -126,6 +126,53 @@ TEST_F(Sql, UndoesATransactionThatIsNotCommitted) {
     EXPECT_EQ(Count(), 1);
 }
 
+// An inner COMMIT ends the inner transaction alone, and what fails or ends inside one keeps nothing of it.
+TEST_F(Sql, TellsOfEveryTransactionThatIsLeftOpen) {
+    const std::string begin = "BEGIN TRANSACTION; DELETE FROM 고객 WHERE id = 1; ";
+    for (const std::string& end :
+         {std::string("BEGIN TRANSACTION; DELETE FROM 고객; COMMIT"), std::string("SELECT * FROM nowhere"),
+          std::string("BEGIN TRANSACTION; COMMIT; BEGIN TRANSACTION; ROLLBACK")}) {
+        for (const ProgramResult& result : {Run({begin + end}), Run({begin, end}), Pipe(begin + end)}) {
+            EXPECT_EQ(result.exitCode, 2) << end;
+            EXPECT_THAT(result.errors, HasSubstr("끝나지 않은 트랜잭션을 되돌렸습니다.")) << end;
+        }
+    }
+    EXPECT_EQ(Count(), 2);
+    EXPECT_EQ(Run({begin + "BEGIN TRANSACTION; DELETE FROM 고객; ROLLBACK; COMMIT"}).errors, "");
+    EXPECT_EQ(Count(), 1);
+}
+
+TEST_F(Sql, RefusesWhatIsNotUtf8) {
+    const std::string cp949 = "INSERT INTO 고객 (id, 이름) VALUES (8, '\xB0\xA1');";
+    const ProgramResult piped = Pipe("INSERT INTO 고객 (id)\nVALUES (7);\n" + cp949 + "\nDELETE FROM 고객;");
+    EXPECT_EQ(piped.exitCode, 2);
+    EXPECT_THAT(piped.errors, HasSubstr("오류 5: "));
+    EXPECT_THAT(piped.errors, HasSubstr("(표준 입력 3번째 줄이 UTF-8이 아님)\n"));
+    const ProgramResult given = Run({"DELETE FROM 고객 WHERE id = 7", cp949});
+    EXPECT_EQ(given.exitCode, 2);
+    EXPECT_THAT(given.errors, HasSubstr("(2번째 SQL 문이 UTF-8이 아님)\n"));
+    EXPECT_EQ(Count(), 2) << "what came before was run, nothing behind it";
+    // The replacement character is a character like others.
+    EXPECT_EQ(Pipe("SELECT '\xEF\xBF\xBD' AS a", "--format csv").output, "a\r\n\xEF\xBF\xBD\r\n");
+}
+
+TEST_F(Sql, TellsWhyItsInputEndsEarly) {
+    const ProgramResult folder =
+        RunProgram("sh", {"-c", TAVREL_BIN_DIR "/tavrel-cli sql \"$1\" </", "sh", path});
+    EXPECT_EQ(folder.exitCode, 2);
+    EXPECT_THAT(folder.errors, HasSubstr("오류 57: "));
+#ifndef __SANITIZE_ADDRESS__
+    // A line for which there is no memory.
+    const ProgramResult line =
+        RunProgram("sh", {"-c",
+                          "ulimit -v 150000; head -c 200000000 /dev/zero | tr '\\0' x | " TAVREL_BIN_DIR
+                          "/tavrel-cli sql \"$1\"",
+                          "sh", path});
+    EXPECT_EQ(line.exitCode, 2);
+    EXPECT_EQ(line.errors, "오류 7: 메모리가 부족합니다.\n");
+#endif
+}
+
 TEST_F(Sql, ReadsWithoutTouchingTheFile) {
     const std::string before = ReadWholeFile(path);
     std::filesystem::permissions(path, std::filesystem::perms::owner_read);

@@ -105,6 +105,24 @@ TEST_F(Connections, ReadWithoutWriteAccess) {
     std::filesystem::permissions(path, std::filesystem::perms::owner_all);
 }
 
+// Five deep, open for changing or for reading.
+TEST_F(Connections, KnowTheirDepth) {
+    for (const char* mode : {"", "Mode=Read;"}) {
+        Connection connection;
+        EXPECT_EQ(connection.TransactionDepth(), 0U);
+        connection.Open(mode + Source());
+        for (unsigned depth = 1; depth <= 5; ++depth) {
+            connection.Execute("BEGIN TRANSACTION");
+            EXPECT_EQ(connection.TransactionDepth(), depth) << mode;
+        }
+        EXPECT_NE(ErrorOf([&] { connection.Execute("BEGIN TRANSACTION"); }), 0);
+        connection.Execute("COMMIT");
+        connection.Execute("ROLLBACK");
+        EXPECT_EQ(connection.TransactionDepth(), 3U) << mode;
+        connection.Close();
+    }
+}
+
 TEST_F(Connections, FetchEveryKindOfValue) {
     // Enough rows, and some of them long, to fill several blocks.
     constexpr int kRows = 3000;

@@ -5,6 +5,7 @@
 #include "cli/Failure.h"
 #include "cli/Output.h"
 #include "cli/sql/StatementSplitter.h"
+#include "platform/Console.h"
 #include "report/DisplayText.h"
 #include "text/Utf.h"
 
@@ -12,8 +13,7 @@ namespace tavrel::cli {
 
 namespace {
 
-/// In front of files that some editors write.
-constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+constexpr std::int32_t kInvalidCall = 5;
 
 /// Enough of a statement to recognise it, on one line.
 std::string Shortened(std::string_view statement) {
@@ -43,6 +43,81 @@ bool RunRest(SqlConnection& connection, ResultWriter& writer, StatementSplitter&
     return !rest || RunStatement(connection, writer, *rest);
 }
 
+bool IsUtf8(std::string_view text) {
+    return report::SoundUtf8(text) == text;
+}
+
+/// Always false: what could not be run.
+bool Refuse(const Error& error) {
+    StandardOutput().flush();
+    Complain("오류 " + std::to_string(error.Number()) + ": " + error.Description());
+    return false;
+}
+
+bool RunText(SqlConnection& connection, ResultWriter& writer, const std::string& text) {
+    StatementSplitter statements;
+    statements.Feed(text);
+    return RunAll(connection, writer, statements) && RunRest(connection, writer, statements);
+}
+
+/// Lines as UTF-8, whatever the console writes.
+class Lines {
+  public:
+    // Without exceptions a line that cannot be read would look like the end.
+    explicit Lines(std::istream& in) : in_(in) { in_.exceptions(std::ios_base::badbit); }
+
+    /// False at the end.  Throws Error 5 for a line that makes no text, 57 when nothing can be read, and
+    /// std::bad_alloc for a line that is too long.
+    bool Next(std::string& line) {
+        if (!Read(line)) {
+            return false;
+        }
+        ++number_;
+        if (number_ == 1 && line.starts_with(text::kByteOrderMark)) {
+            line.erase(0, text::kByteOrderMark.size());
+            marked_ = true;
+        }
+        if (!IsUtf8(line)) {
+            std::optional<std::string> text = marked_ ? std::nullopt : platform::Utf8FromConsole(line);
+            if (!text) {
+                throw MakeError(kInvalidCall, {},
+                                "표준 입력 " + std::to_string(number_) + "번째 줄이 UTF-8이 아님");
+            }
+            line = std::move(*text);
+        }
+        return true;
+    }
+
+  private:
+    bool Read(std::string& line) {
+        try {
+            return static_cast<bool>(std::getline(in_, line));
+        } catch (const std::ios_base::failure&) {
+            throw MakeError(errors::kDeviceFault, {}, "표준 입력을 읽을 수 없음");
+        }
+    }
+
+    std::istream& in_;
+    std::uint64_t number_ = 0;
+    bool marked_ = false;  ///< the first line says that all is UTF-8
+};
+
+bool RunLines(SqlConnection& connection, ResultWriter& writer, std::istream& in) {
+    StatementSplitter statements;
+    Lines lines(in);
+    try {
+        for (std::string line; lines.Next(line);) {
+            statements.Feed(line + '\n');
+            if (!RunAll(connection, writer, statements)) {
+                return false;
+            }
+        }
+    } catch (const Error& error) {
+        return Refuse(error);
+    }
+    return RunRest(connection, writer, statements);
+}
+
 }  // namespace
 
 void ComplainOf(const db::ProviderError& error) {
@@ -64,34 +139,25 @@ bool RunStatement(SqlConnection& connection, ResultWriter& writer, const std::st
 }
 
 ExitCode RunTexts(SqlConnection& connection, ResultWriter& writer, const std::vector<std::string>& texts) {
-    for (const std::string& text : texts) {
-        StatementSplitter statements;
-        statements.Feed(text);
-        if (!RunAll(connection, writer, statements) || !RunRest(connection, writer, statements)) {
-            return ExitCode::Failed;
+    for (std::size_t i = 0; i < texts.size(); ++i) {
+        const bool done =
+            IsUtf8(texts[i])
+                ? RunText(connection, writer, texts[i])
+                : Refuse(MakeError(kInvalidCall, {}, std::to_string(i + 1) + "번째 SQL 문이 UTF-8이 아님"));
+        if (!done) {
+            return EndOfStatements(connection, false);
         }
     }
     return EndOfStatements(connection);
 }
 
 ExitCode RunStream(SqlConnection& connection, ResultWriter& writer, std::istream& in) {
-    StatementSplitter statements;
-    std::string line;
-    for (bool first = true; std::getline(in, line); first = false) {
-        if (first && line.starts_with(kByteOrderMark)) {
-            line.erase(0, kByteOrderMark.size());
-        }
-        statements.Feed(line + '\n');
-        if (!RunAll(connection, writer, statements)) {
-            return ExitCode::Failed;
-        }
-    }
-    return RunRest(connection, writer, statements) ? EndOfStatements(connection) : ExitCode::Failed;
+    return EndOfStatements(connection, RunLines(connection, writer, in));
 }
 
-ExitCode EndOfStatements(const SqlConnection& connection) {
+ExitCode EndOfStatements(const SqlConnection& connection, bool succeeded) {
     if (!connection.InTransaction()) {
-        return ExitCode::Done;
+        return succeeded ? ExitCode::Done : ExitCode::Failed;
     }
     StandardOutput().flush();
     Complain("끝나지 않은 트랜잭션을 되돌렸습니다. COMMIT이 없습니다.");

@@ -19,12 +19,15 @@ void ComplainOf(const db::ProviderError& error);
 /// written to standard error.
 bool RunStatement(SqlConnection& connection, ResultWriter& writer, const std::string& statement);
 
-/// Statements until one fails; every text may hold several.
+/// Statements until one fails; every text may hold several.  A text that is not UTF-8 is refused, with its
+/// place.
 ExitCode RunTexts(SqlConnection& connection, ResultWriter& writer, const std::vector<std::string>& texts);
-/// The same out of a stream, each as soon as its semicolon has been read.
+/// The same out of a stream, each as soon as its semicolon has been read.  A line that is neither UTF-8 nor
+/// in the console's own code page is refused, with its number: what would be stored is not what was meant.
 ExitCode RunStream(SqlConnection& connection, ResultWriter& writer, std::istream& in);
 
-/// Done; Failed, with a message, when a transaction is left open: what it did is undone.
-ExitCode EndOfStatements(const SqlConnection& connection);
+/// How the statements ended, when `succeeded` says that all of them ran: Done, else Failed.  A transaction
+/// that is left open is a failure too, with a message: what it did is undone.
+ExitCode EndOfStatements(const SqlConnection& connection, bool succeeded = true);
 
 }  // namespace tavrel::cli

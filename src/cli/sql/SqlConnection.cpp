@@ -44,9 +44,6 @@ StatementResult SqlConnection::Execute(const std::string& text) {
     if (ChangesRows(statement)) {
         result.affected = affected;
     }
-    if (const auto* transaction = std::get_if<TransactionStatement>(&statement)) {
-        inTransaction_ = *transaction == TransactionStatement::Begin;
-    }
     return result;
 }
 

@@ -27,7 +27,9 @@ class SqlConnection {
     StatementResult Execute(const std::string& statement);
 
     /// A transaction was begun and not ended: it is undone when the connection goes.
-    [[nodiscard]] bool InTransaction() const { return inTransaction_; }
+    [[nodiscard]] bool InTransaction() const {
+        return connection_ != nullptr && connection_->TransactionDepth() > 0;
+    }
 
   private:
     void OpenForChanges();
@@ -35,7 +37,6 @@ class SqlConnection {
     std::string connectionString_;
     std::unique_ptr<db::Connection> connection_;
     bool changes_ = false;  ///< opened for changing
-    bool inTransaction_ = false;
 };
 
 }  // namespace tavrel::cli

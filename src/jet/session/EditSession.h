@@ -51,6 +51,9 @@ class EditSession : public sql::Tables, public sql::Transactions {
     std::unique_ptr<sql::TableChanges> Change(sql::TableAccess& table,
                                               std::span<const std::size_t> updated) override;
 
+    /// Transactions that statements have begun and not ended, one inside the other: 0 to 5.
+    [[nodiscard]] unsigned TransactionDepth() const { return transactions_; }
+
     // ---- sql::Transactions
     /// Throws 3094 for a sixth transaction inside five others.
     void Begin() override;
