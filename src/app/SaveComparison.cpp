@@ -28,7 +28,7 @@ void Write(std::ostream& out, const compare::ComparisonResult& result, ReportFor
             report::WriteComparisonHtml(out, result);
             break;
         case ReportFormat::Csv:
-            report::WriteComparisonCsv(out, result);
+            report::WriteComparisonCsvFile(out, result);
             break;
         case ReportFormat::Json:
             report::WriteComparisonJson(out, result);

@@ -47,6 +47,7 @@ class BusyState {
 
 void CompareRun::cmdComp_Click() {
     outcome_ = RunOutcome::Stopped;
+    unpatchedSide_.reset();
     procedure_ = "cmdComp_Click";
     try {
         if (!PathIsGood(0) || !PathIsGood(1)) {
@@ -54,7 +55,10 @@ void CompareRun::cmdComp_Click() {
         }
         std::string pathA = controls_.txtDBPath[0]->Text();
         std::string pathB = controls_.txtDBPath[1]->Text();
-        if (controls_.AppCode.empty() || PrepareCopies(pathA, pathB)) {
+        // The copies are this run's own until it has ended.
+        PatchedCopies patched;
+        WorkingCopies& copies = copies_ != nullptr ? *copies_ : patched;
+        if (controls_.AppCode.empty() || PrepareCopies(copies, pathA, pathB)) {
             SnapshotAndCompare(pathA, pathB);
         }
     } catch (...) {
@@ -73,10 +77,12 @@ bool CompareRun::PathIsGood(std::size_t side) {
     return false;
 }
 
-bool CompareRun::PrepareCopies(std::string& pathA, std::string& pathB) {
-    PatchedCopies patched;
-    WorkingCopies& copies = copies_ != nullptr ? *copies_ : patched;
-    return copies.Prepare(controls_, pathA, pathB);
+bool CompareRun::PrepareCopies(WorkingCopies& copies, std::string& pathA, std::string& pathB) {
+    const bool prepared = copies.Prepare(controls_, pathA, pathB);
+    if (!prepared) {
+        unpatchedSide_ = copies.FailedSide();
+    }
+    return prepared;
 }
 
 void CompareRun::SnapshotAndCompare(const std::string& pathA, const std::string& pathB) {

@@ -1,6 +1,7 @@
 // The compare run: check the paths, take both snapshots, compare.
 #pragma once
 
+#include <optional>
 #include <string>
 
 #include "compare/WorkbenchControls.h"
@@ -14,6 +15,11 @@ class WorkingCopies {
     /// Makes and patches the copies and puts their paths in place of the given ones.  False when a patch
     /// failed, its message having been shown.  Throws Error when a copy cannot be made or opened.
     virtual bool Prepare(WorkbenchControls& controls, std::string& pathA, std::string& pathB) = 0;
+    /// Side (0 = A, 1 = B) whose patch made Prepare return false.
+    [[nodiscard]] std::size_t FailedSide() const { return failedSide_; }
+
+  protected:
+    std::size_t failedSide_ = 0;
 };
 
 enum class RunOutcome {
@@ -34,6 +40,8 @@ class CompareRun {
 
     /// Of the last run.
     [[nodiscard]] RunOutcome Outcome() const { return outcome_; }
+    /// Side (0 = A, 1 = B) whose working copy could not be patched, when that has stopped the last run.
+    [[nodiscard]] std::optional<std::size_t> UnpatchedSide() const { return unpatchedSide_; }
     /// The grid was filled by a run that went through.  One that stopped before it touched the grid leaves
     /// that as it is, one that stopped later leaves half a listing.
     [[nodiscard]] bool IsListed() const { return listed_; }
@@ -42,7 +50,7 @@ class CompareRun {
 
   private:
     bool PathIsGood(std::size_t side);
-    bool PrepareCopies(std::string& pathA, std::string& pathB);
+    bool PrepareCopies(WorkingCopies& copies, std::string& pathA, std::string& pathB);
     void SnapshotAndCompare(const std::string& pathA, const std::string& pathB);
 
     WorkbenchControls& controls_;
@@ -51,6 +59,7 @@ class CompareRun {
     RunOutcome outcome_ = RunOutcome::Stopped;
     bool listed_ = false;
     int differences_ = 0;
+    std::optional<std::size_t> unpatchedSide_;
 };
 
 }  // namespace tavrel::compare

@@ -94,7 +94,8 @@ ResultRow ComparisonResult::Row(std::size_t index) const {
             .a = SideOrNothing(*grid_, 0, row),
             .b = SideOrNothing(*grid_, grid::kSideBOffset, row),
             .red = RedCells(*grid_, row),
-            .blue = BlueSide(*grid_, row)};
+            .blue = BlueSide(*grid_, row),
+            .compared = std::min(kCellCount, static_cast<std::size_t>(grid_->ComparedColumns()))};
 }
 
 }  // namespace tavrel::compare

@@ -31,8 +31,9 @@ struct ResultRow {
     bool hidden = false;         ///< left out of view by "differences only"
     std::optional<SideCells> a;  ///< nothing when the key and every cell are blank
     std::optional<SideCells> b;
-    std::uint32_t red = 0;           ///< bit i: cell i (kCellNames) is painted red, on both sides
-    OneSided blue = OneSided::None;  ///< side whose field name is painted light blue
+    std::uint32_t red = 0;              ///< bit i: cell i (kCellNames) is painted red, on both sides
+    OneSided blue = OneSided::None;     ///< side whose field name is painted light blue
+    std::size_t compared = kCellCount;  ///< cells, from the front, that the comparison looked at
 
     [[nodiscard]] bool IsRed(std::size_t cell) const { return (red >> cell & 1U) != 0; }
     [[nodiscard]] std::vector<std::string_view> RedNames() const;

@@ -28,10 +28,28 @@ void CopyContent(platform::File& from, platform::File& to) {
     }
 }
 
-/// The file made anew; an old one, or a link that stands there, is removed and not written through.
-void CopyOver(platform::File& from, const std::string& to) {
+/// A file that is still empty gets the permissions of what will be copied into it; its owner may change it.
+void GrantAsFor(const std::string& from, const std::string& to) {
+    using std::filesystem::perms;
+    try {
+        platform::CopyPermissions(from, to);
+        std::filesystem::permissions(PathOf(to), perms::owner_read | perms::owner_write,
+                                     std::filesystem::perm_options::add);
+    } catch (const Error& error) {
+        if (error.Number() != errors::kPermissionDenied) {
+            throw;
+        }
+        // It has just been made by us: the file system carries no permissions of its own.
+    }
+}
+
+/// `source`, which is at `from`, copied to a file made anew; an old one, or a link that stands there, is
+/// removed and not written through.
+void CopyOver(platform::File& source, const std::string& from, const std::string& to) {
     platform::DeleteFileIfThere(to);
-    CopyContent(from, *platform::OpenFile(to, platform::FileAccess::CreateNew));
+    const auto copy = platform::OpenFile(to, platform::FileAccess::CreateNew);
+    GrantAsFor(from, to);
+    CopyContent(source, *copy);
 }
 
 }  // namespace
@@ -48,10 +66,11 @@ void CopyDatabase(const std::string& from, const std::string& to) {
     const auto database = platform::OpenFile(from, platform::FileAccess::Read);
     // A journal that an earlier copy has left must not be taken for one of this copy.
     platform::DeleteFileIfThere(jet::JournalPath(to));
-    CopyOver(*database, to);
+    CopyOver(*database, from, to);
     const std::string journal = jet::JournalPath(from);
     if (platform::FileExists(journal)) {
-        CopyOver(*platform::OpenFile(journal, platform::FileAccess::Read), jet::JournalPath(to));
+        const auto pages = platform::OpenFile(journal, platform::FileAccess::Read);
+        CopyOver(*pages, from, jet::JournalPath(to));
     }
 }
 

@@ -1,6 +1,7 @@
 #include "compare/Headless.h"
 
 #include "compare/CompareRun.h"
+#include "compare/Products.h"
 #include "compare/SchemaSnapshot.h"
 
 namespace tavrel::compare {
@@ -66,6 +67,11 @@ struct FixedControls {
     NoPointer noPointer;
 };
 
+std::string UnpatchedText(std::size_t side, const Product& product) {
+    return std::string("DB ") + (side == 0 ? "A" : "B") + "의 작업 사본을 최신 버전으로 바꾸지 못했습니다. " +
+           WrongProductHint(product);
+}
+
 }  // namespace
 
 std::optional<ComparisonResult> CompareDatabases(const CompareRequest& request, const Surroundings& around) {
@@ -74,6 +80,9 @@ std::optional<ComparisonResult> CompareDatabases(const CompareRequest& request, 
     WorkbenchControls controls = fixed.Wire(*grid, around);
     CompareRun run(controls);
     run.cmdComp_Click();
+    if (const auto side = run.UnpatchedSide()) {
+        around.messages.Say(UnpatchedText(*side, *ProductOfCode(request.product)));
+    }
     if (run.Outcome() == RunOutcome::Stopped) {
         return std::nullopt;
     }

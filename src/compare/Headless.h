@@ -35,7 +35,8 @@ struct Surroundings {
 };
 
 /// Runs a comparison.  Nothing when it did not come to its end: the message box has said why.  The final
-/// message of a finished comparison goes to the message box too.
+/// message of a finished comparison goes to the message box too, and which side it was when a working copy
+/// could not be patched.
 std::optional<ComparisonResult> CompareDatabases(const CompareRequest& request, const Surroundings& around);
 
 /// The snapshot of one database as rows.

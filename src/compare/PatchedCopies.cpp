@@ -1,5 +1,7 @@
 #include "compare/PatchedCopies.h"
 
+#include <iterator>
+
 #include "compare/CopyDatabase.h"
 #include "compare/Products.h"
 #include "db/Session.h"
@@ -53,13 +55,44 @@ void OrSay(const char* what, const std::string& path, Work work) {
     }
 }
 
-/// Makes the working folder unless it is there; returns its path.
-std::string MadeFolder(const std::string& folder) {
+/// Makes the working folder unless it is there; returns its path.  What it is made for is no more open than
+/// the two databases.
+std::string MadeFolder(const std::string& folder, const std::string& pathA, const std::string& pathB) {
     if (platform::FolderExists(folder)) {
         return folder;
     }
+    if (IsSameFile(folder, pathA)) {
+        throw MakeError(errors::kFileExists, {},
+                        "DB A의 이름에 소문자 \".mdb\"가 없어 작업 폴더의 이름이 그 파일과 같음");
+    }
     platform::MakeFolder(folder);
+    platform::NarrowFolderLike(pathA, folder);
+    platform::NarrowFolderLike(pathB, folder);
     return platform::FullPath(folder);
+}
+
+/// The lock file, made when there is none.  It stays: who would remove it could take it from under another
+/// run.
+std::unique_ptr<platform::File> OpenLock(const std::string& path) {
+    if (!platform::FileExists(path)) {
+        try {
+            return platform::OpenFile(path, platform::FileAccess::CreateNew);
+        } catch (const Error& error) {
+            if (error.Number() != errors::kFileExists) {
+                throw;
+            }
+        }
+    }
+    return platform::OpenFile(path, platform::FileAccess::ReadWrite);
+}
+
+/// Keeps every other run out of the folder for as long as the file is open.
+std::unique_ptr<platform::File> LockFolder(const std::string& folder) {
+    try {
+        return OpenLock(folder + platform::kPathSeparator + "temp.lock");
+    } catch (const platform::FileInUse&) {
+        throw MakeError(errors::kPermissionDenied, {}, "다른 비교가 이 작업 폴더를 쓰고 있음");
+    }
 }
 
 /// Neither copy may take the place of one of the two databases.
@@ -72,7 +105,8 @@ void RefuseOwnFiles(const std::string& copy, const std::string& pathA, const std
 /// Opens the session on a copy and runs the driver on it.
 bool Patch(const Product& product, const std::string& copy, const std::string& password) {
     bool open = false;
-    OrSay("작업 사본을 열 수 없습니다.", copy, [&] { open = modDBsub::DBOpenADO(copy, password); });
+    OrSay("작업 사본을 열 수 없습니다.", copy,
+          [&] { open = modDBsub::DBOpenADO(copy, password, modDBsub::SessionFile::WorkingCopy); });
     return open && product.ChkDBpatch();
 }
 
@@ -91,15 +125,10 @@ bool PatchedCopies::Prepare(WorkbenchControls& controls, std::string& pathA, std
         const ShownField field(*controls.maketb);
         // The session of the run before holds a copy that is about to be overwritten.
         modDBsub::gDBConn.reset();
-        OrSay("작업 폴더를 만들 수 없습니다.", work.folder, [&] { work.folder = MadeFolder(work.folder); });
-        OrSay("DB A의 작업 사본을 만들 수 없습니다.", work.copyA, [&] {
-            RefuseOwnFiles(work.copyA, pathA, pathB);
-            CopyDatabase(pathA, work.copyA);
-        });
-        OrSay("DB B의 작업 사본을 만들 수 없습니다.", work.copyB, [&] {
-            RefuseOwnFiles(work.copyB, pathA, pathB);
-            CopyDatabase(pathB, work.copyB);
-        });
+        OrSay("작업 폴더를 만들 수 없습니다.", work.folder,
+              [&] { work.folder = MadeFolder(work.folder, pathA, pathB); });
+        OrSay("작업 폴더를 쓸 수 없습니다.", work.folder, [&] { lock_ = LockFolder(work.folder); });
+        MakeCopies(work, pathA, pathB);
         pathA = work.copyA;
         pathB = work.copyB;
         product = ProductOfCode(controls.AppCode);
@@ -107,8 +136,25 @@ bool PatchedCopies::Prepare(WorkbenchControls& controls, std::string& pathA, std
             throw MakeError(kBadArgument, {}, controls.AppCode);
         }
     }
-    return Patch(*product, work.folder + CopyName("A"), controls.txtPwd[0]->Text()) &&
-           Patch(*product, work.folder + CopyName("B"), controls.txtPwd[1]->Text());
+    const char* const names[] = {"A", "B"};
+    for (failedSide_ = 0; failedSide_ < std::size(names); ++failedSide_) {
+        if (!Patch(*product, work.folder + CopyName(names[failedSide_]),
+                   controls.txtPwd[failedSide_]->Text())) {
+            return false;
+        }
+    }
+    return true;
+}
+
+void PatchedCopies::MakeCopies(const WorkingPaths& work, const std::string& pathA, const std::string& pathB) {
+    OrSay("DB A의 작업 사본을 만들 수 없습니다.", work.copyA, [&] {
+        RefuseOwnFiles(work.copyA, pathA, pathB);
+        CopyDatabase(pathA, work.copyA);
+    });
+    OrSay("DB B의 작업 사본을 만들 수 없습니다.", work.copyB, [&] {
+        RefuseOwnFiles(work.copyB, pathA, pathB);
+        CopyDatabase(pathB, work.copyB);
+    });
 }
 
 }  // namespace tavrel::compare

@@ -39,4 +39,8 @@ const Product* ProductNamed(std::string_view name) {
     });
 }
 
+std::string WrongProductHint(const Product& product) {
+    return "이 파일이 " + std::string(product.item) + " 제품의 데이터베이스가 맞는지 확인하십시오.";
+}
+
 }  // namespace tavrel::compare

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <span>
+#include <string>
 #include <string_view>
 
 namespace tavrel::compare {
@@ -20,5 +21,8 @@ std::span<const Product> Products();
 const Product* ProductOfCode(std::string_view code);
 /// By list text or code, letter case ignored; null when there is none.
 const Product* ProductNamed(std::string_view name);
+
+/// A sentence for those whose database cannot be patched: it may be another product's.
+std::string WrongProductHint(const Product& product);
 
 }  // namespace tavrel::compare

@@ -1,5 +1,6 @@
 #include "compare/SchemaSnapshot.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <memory>
@@ -126,6 +127,13 @@ bool LoadSchemaSnapshot(const SnapshotTarget& target, const std::string& path, b
     }
     modCmpDB::CloseDatabase(db);
     return true;
+}
+
+bool ListsTable(const std::string& path, const std::string& password, const std::string& table) {
+    const std::string connect = password.empty() ? std::string() : ";pwd=" + password;
+    const auto database = db::DBEngine::Instance().OpenDatabase(path, 0, false, connect);
+    return std::ranges::any_of(database->TableDefs(),
+                               [&](const db::TableDef& listed) { return IsListed(listed.Name(), table); });
 }
 
 }  // namespace tavrel::compare

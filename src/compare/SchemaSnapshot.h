@@ -25,4 +25,8 @@ inline SnapshotTarget TargetOf(WorkbenchControls& controls) {
 bool LoadSchemaSnapshot(const SnapshotTarget& target, const std::string& path, bool sideA,
                         const std::string& password, const std::string& tableFilter);
 
+/// True when a snapshot of the database lists a table of that name, letter case ignored.  Throws Error when
+/// it cannot be opened or read.
+bool ListsTable(const std::string& path, const std::string& password, const std::string& table);
+
 }  // namespace tavrel::compare

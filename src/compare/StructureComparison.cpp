@@ -28,6 +28,7 @@ Alignment RunPass(WorkbenchControls& controls) {
     grid::ResultGrid& grid = *controls.spList;
     const int rows = grid.DataRowCount();
     const int columns = controls.Check1[1]->Value() == 1 ? kIndexColumns : grid::kSideColumns;
+    grid.SetComparedColumns(columns);
     PhaseProgress progress(*controls.ProgressBar1[0], rows);
     Alignment alignment = Align(grid, rows, columns, progress);
     ApplyAlignment(grid, alignment);

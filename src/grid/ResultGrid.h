@@ -102,6 +102,11 @@ class ResultGrid {
     [[nodiscard]] double ColumnWidth(int column) const { return LayoutOf(column).width; }
     [[nodiscard]] bool ColumnHidden(int column) const { return LayoutOf(column).hidden; }
 
+    // ---- what the marks in the grid come from
+    /// The columns of a side, from the first on, that the last comparison looked at; all of them before one.
+    void SetComparedColumns(int columns) { comparedColumns_ = columns; }
+    [[nodiscard]] int ComparedColumns() const { return comparedColumns_; }
+
     // ---- showing
     void SetRepaint(bool on);
     [[nodiscard]] bool Repaint() const { return repaint_; }
@@ -132,6 +137,7 @@ class ResultGrid {
     void PutHeader(int column, int row, std::string_view text);
 
     int rowCount_ = 0;
+    int comparedColumns_ = kSideColumns;
     TextPool pool_;
     std::array<std::vector<TextId>, kColumnCount + 1> texts_;    ///< [column][row - 1]
     std::array<std::vector<Colour>, kColumnCount + 1> colours_;  ///< as far down as a cell was coloured

@@ -4,6 +4,7 @@
 #include "report/JsonWriter.h"
 #include "report/SideCells.h"
 #include "text/Case.h"
+#include "text/Utf.h"
 
 namespace tavrel::report {
 
@@ -75,7 +76,7 @@ bool SameFieldOtherCase(const compare::ResultRow& row) {
 std::string DifferingCells(const compare::ResultRow& row) {
     const bool byText = row.red == 0 && SameFieldOtherCase(row);
     std::string cells;
-    for (std::size_t cell = 0; cell < kCellCount; ++cell) {
+    for (std::size_t cell = 0; cell < row.compared; ++cell) {
         if (row.IsRed(cell) || (byText && !text::EqualIgnoringCase((*row.a)[cell], (*row.b)[cell]))) {
             cells += (cells.empty() ? "" : ", ") + std::string(CaptionOf(cell));
         }
@@ -100,6 +101,11 @@ void WriteComparisonCsv(std::ostream& out, const compare::ComparisonResult& resu
     CsvWriter csv(out);
     WriteCsvHeader(csv);
     ForEachShownRow(result, [&](const compare::ResultRow& row) { WriteCsvRow(csv, row); });
+}
+
+void WriteComparisonCsvFile(std::ostream& out, const compare::ComparisonResult& result) {
+    out << text::kByteOrderMark;
+    WriteComparisonCsv(out, result);
 }
 
 void WriteComparisonJson(std::ostream& out, const compare::ComparisonResult& result) {

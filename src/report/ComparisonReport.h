@@ -16,6 +16,10 @@ void WriteComparisonText(std::ostream& out, const compare::ComparisonResult& res
 /// nothing).
 void WriteComparisonCsv(std::ostream& out, const compare::ComparisonResult& result);
 
+/// The same for a file, which a spreadsheet may open: Korean ones take it for UTF-8 only with the mark in
+/// front.
+void WriteComparisonCsvFile(std::ostream& out, const compare::ComparisonResult& result);
+
 /// {"a", "b", "differences", "message", "rows": [{"mark", "a": {…}|null, "b": {…}|null, "red": […], "blue"},
 /// …]}, a row a line, in grid order.
 void WriteComparisonJson(std::ostream& out, const compare::ComparisonResult& result);

@@ -18,6 +18,7 @@
 namespace tavrel::compare {
 namespace {
 
+using ::testing::AllOf;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using testing::ReadWholeFile;
@@ -124,7 +125,8 @@ TEST_F(PatchedCopiesTest, SaysWhenNoFolderOrCopyCanBeMade) {
     MakeBase(b_);
     std::ofstream(folder_.File("dbMaintemp")) << "a file of that name";
     EXPECT_EQ(RunAndLook(), RunOutcome::Stopped);
-    EXPECT_THAT(window_.messages.texts, ElementsAre(HasSubstr("작업 폴더를 만들 수 없습니다.")));
+    EXPECT_THAT(window_.messages.texts, ElementsAre(AllOf(HasSubstr("작업 폴더를 만들 수 없습니다."),
+                                                          HasSubstr("같은 이름이 이미 있음"))));
     std::filesystem::remove(folder_.File("dbMaintemp"));
 
     std::filesystem::create_directories(Copy("B"));
@@ -132,6 +134,58 @@ TEST_F(PatchedCopiesTest, SaysWhenNoFolderOrCopyCanBeMade) {
     EXPECT_THAT(window_.messages.texts, ElementsAre(HasSubstr("DB B의 작업 사본을 만들 수 없습니다.")));
     std::filesystem::remove(Copy("B"));
     EXPECT_EQ(RunAndLook(), RunOutcome::Equal);
+}
+
+TEST_F(PatchedCopiesTest, KeepsOtherRunsOutOfItsFolder) {
+    MakeBase(a_);
+    MakeBase(b_);
+    WorkbenchControls other = window_.controls;
+    auto first = std::make_unique<PatchedCopies>();
+    std::string pathA = a_;
+    std::string pathB = b_;
+    ASSERT_TRUE(first->Prepare(other, pathA, pathB));
+    const std::string copy = ReadWholeFile(Copy("A"));
+    EXPECT_EQ(RunAndLook(), RunOutcome::Stopped);
+    EXPECT_THAT(
+        window_.messages.texts,
+        ElementsAre(AllOf(HasSubstr("Error 70 ("), HasSubstr("다른 비교가 이 작업 폴더를 쓰고 있음"))));
+    EXPECT_TRUE(ReadWholeFile(Copy("A")) == copy);
+    first.reset();
+    EXPECT_EQ(RunAndLook(), RunOutcome::Equal);
+}
+
+#ifndef _WIN32
+TEST_F(PatchedCopiesTest, AreAsPrivateAsTheDatabases) {
+    using std::filesystem::perms;
+    MakeBase(a_);
+    MakeBase(b_);
+    std::filesystem::permissions(a_, perms::owner_read);
+    std::filesystem::permissions(b_, perms::owner_all | perms::group_read);
+    EXPECT_EQ(Run(), RunOutcome::Equal);
+    const auto permissionsOf = [](const std::string& path) {
+        return std::filesystem::status(path).permissions();
+    };
+    EXPECT_EQ(permissionsOf(Copy("A")), perms::owner_read | perms::owner_write);
+    EXPECT_EQ(permissionsOf(Copy("B")), perms::owner_all | perms::group_read);
+    EXPECT_EQ(permissionsOf(folder_.File("dbMaintemp")), perms::owner_all);
+}
+#endif
+
+// What a migration does to an indexed text needs weights that nobody knows for every character.
+TEST_F(PatchedCopiesTest, TakeAnyCharacter) {
+    MakeBase(a_);
+    MakeBase(b_, {"CREATE TABLE t (x TEXT(10))", "INSERT INTO t VALUES ('★㈜')"});
+    EXPECT_EQ(Run(), RunOutcome::Different);
+    EXPECT_NO_THROW(modDBsub::DBExecute("CREATE INDEX ix ON t (x)"));
+}
+
+TEST_F(PatchedCopiesTest, SaysWhichNameLeavesNoPlaceForAFolder) {
+    a_ = window_.paths[0].text = folder_.File("X.MDB");
+    MakeBase(a_);
+    MakeBase(b_);
+    EXPECT_EQ(RunAndLook(), RunOutcome::Stopped);
+    EXPECT_THAT(window_.messages.texts,
+                ElementsAre(AllOf(HasSubstr("Error 58 ("), HasSubstr("소문자 \".mdb\""))));
 }
 
 TEST_F(PatchedCopiesTest, NeverCopiesOverADatabaseThatIsCompared) {
