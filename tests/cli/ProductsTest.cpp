@@ -113,6 +113,24 @@ TEST_F(ProductFiles, ArePatchedInPlace) {
     }
 }
 
+TEST_F(ProductFiles, StayAsTheyWereWhenAStepFails) {
+    // The eighth step finds its column there already, when seven have run.
+    const std::string file = Copy("pellamii-1.mdb");
+    ASSERT_EQ(RunCli({"sql", file, "ALTER TABLE taxlist_m ADD COLUMN userok BYTE"}).exitCode, 0);
+    const std::string before = ReadWholeFile(file);
+    const ProgramResult failed = RunCli({"patch", "--product", "pellamii", file});
+    EXPECT_EQ(failed.exitCode, 2);
+    EXPECT_THAT(failed.errors, HasSubstr("패치 단계 8에서 멈추었습니다. 파일은 패치하기 전 그대로입니다.\n"));
+    EXPECT_THAT(failed.errors, HasSubstr("PellamII"));
+    EXPECT_TRUE(ReadWholeFile(file) == before);
+    EXPECT_FALSE(std::filesystem::exists(file + "-journal"));
+    // The same in a comparison: which side, and that the product may be the wrong one.
+    const ProgramResult compared = RunCli({"compare", File("pellamii-1.mdb"), file, "--product", "pellamii"});
+    EXPECT_EQ(compared.exitCode, 2);
+    EXPECT_THAT(compared.errors, HasSubstr("DB B의 작업 사본을 최신 버전으로 바꾸지 못했습니다."));
+    EXPECT_THAT(compared.errors, HasSubstr("PellamII"));
+}
+
 TEST_F(ProductFiles, SayWhyTheyCannotBePatched) {
     const std::string file = Copy("demo-a.mdb");
     const std::string trace = folder_->File("failed.jsonl");
