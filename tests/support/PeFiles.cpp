@@ -32,7 +32,9 @@ bool CanMakePeFiles() {
 void MakePeFile(const std::string& path, const std::string& script, PeKind kind) {
     const TemporaryFolder folder;
     std::ofstream(folder.File("a.rc")) << "#pragma code_page(65001)\n" << script;
-    Run("windres", {folder.File("a.rc"), folder.File("a.o")});
+    // The system's own preprocessor: the one that the tool would take comes with a whole compiler.
+    Run("windres", {"--preprocessor=gcc", "--preprocessor-arg=-E", "--preprocessor-arg=-xc-header",
+                    folder.File("a.rc"), folder.File("a.o")});
     Run("ld", {"-e", "0", folder.File("a.o"), "-o", folder.File("a.exe")});
     if (kind == PeKind::Bits32) {
         Run("objcopy", {"-I", "pei-x86-64", "-O", "pei-i386", folder.File("a.exe")});
