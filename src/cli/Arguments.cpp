@@ -26,7 +26,32 @@ CLI::Validator OneOf(const std::vector<std::string>& words) {
         "");
 }
 
+/// An option of any command that wants a value; a switch wants none.
+bool TakesValue(const CLI::App& app, const std::string& name) {
+    const std::vector<const CLI::App*> commands = app.get_subcommands([](const CLI::App*) { return true; });
+    return std::ranges::any_of(commands, [&](const CLI::App* command) {
+        const CLI::Option* option = command->get_option_no_throw(name);
+        return option != nullptr && option->get_items_expected_max() > 0;
+    });
+}
+
 }  // namespace
+
+std::vector<std::string> WithEmptyValuesApart(const CLI::App& app,
+                                              const std::vector<std::string>& arguments) {
+    std::vector<std::string> apart;
+    bool options = true;
+    for (const std::string& argument : arguments) {
+        options = options && argument != "--";
+        const std::string name = argument.substr(0, argument.size() - 1);
+        if (options && argument.starts_with("--") && argument.ends_with('=') && TakesValue(app, name)) {
+            apart.insert(apart.end(), {name, std::string()});
+        } else {
+            apart.push_back(argument);
+        }
+    }
+    return apart;
+}
 
 CLI::Option* AddText(CLI::App& app, const char* name, std::string& value, const char* valueName,
                      const char* description) {

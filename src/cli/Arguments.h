@@ -24,4 +24,7 @@ void AddChoice(CLI::App& app, const char* name, std::string& value, const char* 
 CLI::Option* AddText(CLI::App& app, const char* name, std::string& value, const char* valueName,
                      const char* description);
 
+/// "--name=" in two, the name and the empty value: the parser would take the next argument for its value.
+std::vector<std::string> WithEmptyValuesApart(const CLI::App& app, const std::vector<std::string>& arguments);
+
 }  // namespace tavrel::cli

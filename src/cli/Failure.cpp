@@ -1,7 +1,10 @@
 #include "cli/Failure.h"
 
 #include <cerrno>
+#include <cstdio>
 #include <iostream>
+#include <memory>
+#include <new>
 
 #include "cli/Output.h"
 #include "report/DisplayText.h"
@@ -10,6 +13,16 @@
 namespace tavrel::cli {
 
 namespace {
+
+/// Memory for the message that there is none: given back when it is needed.
+class Reserve {
+  public:
+    void Release() { memory_.reset(); }
+
+  private:
+    static constexpr std::size_t kSize = std::size_t{1} << 16;
+    std::unique_ptr<char[]> memory_{new (std::nothrow) char[kSize]()};
+};
 
 void ComplainOf(std::int32_t number, const std::string& description) {
     Complain("오류 " + std::to_string(number) + ": " + description);
@@ -42,6 +55,15 @@ void ComplainOfPresentException() {
     }
 }
 
+/// The same when even the message finds no memory: a text that needs none.
+void ComplainOrSayWhy() {
+    try {
+        ComplainOfPresentException();
+    } catch (const std::bad_alloc&) {
+        SayThatMemoryRanOut();
+    }
+}
+
 }  // namespace
 
 void Complain(std::string_view text) {
@@ -62,7 +84,12 @@ void Complain(std::string_view text) {
     std::cerr.flush();
 }
 
+void SayThatMemoryRanOut() noexcept {
+    std::fputs("오류 7: 메모리가 부족합니다.\n", stderr);
+}
+
 ExitCode RunGuarded(const std::function<ExitCode()>& work) {
+    Reserve reserve;
     try {
         const ExitCode code = work();
         StandardOutput().flush();
@@ -70,9 +97,10 @@ ExitCode RunGuarded(const std::function<ExitCode()>& work) {
     } catch (...) {
         // Nothing more can come of a stream that has failed; its end must not throw again.
         const int systemError = errno;
+        reserve.Release();
         StandardOutput().exceptions(std::ios_base::goodbit);
         errno = systemError;
-        ComplainOfPresentException();
+        ComplainOrSayWhy();
         return ExitCode::Failed;
     }
 }

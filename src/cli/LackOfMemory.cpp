@@ -1,12 +1,11 @@
 // A lack of memory before the program begins.  Static objects of the libraries take memory, too, and what
 // they throw then nobody can catch: the user is to get the message and the exit code that every other lack of
 // memory has.
-#include <cstdio>
 #include <cstdlib>
 #include <exception>
 #include <new>
 
-#include "cli/Command.h"
+#include "cli/Failure.h"
 
 namespace tavrel::cli {
 namespace {
@@ -19,7 +18,7 @@ std::terminate_handler gUsual = nullptr;
             throw;
         }
     } catch (const std::bad_alloc&) {
-        std::fputs("오류 7: 메모리가 부족합니다.\n", stderr);
+        SayThatMemoryRanOut();
         std::_Exit(static_cast<int>(ExitCode::Failed));
     } catch (...) {
         // As without us.

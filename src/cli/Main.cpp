@@ -1,5 +1,7 @@
 #include <algorithm>
+#include <new>
 
+#include "cli/Arguments.h"
 #include "cli/Command.h"
 #include "cli/Failure.h"
 #include "cli/Output.h"
@@ -39,6 +41,7 @@ ExitCode RunProgram(std::vector<std::string> arguments) {
     CLI::App app("두 데이터베이스(.mdb)의 구조를 비교하고, 파일을 살펴보고, 검사하고, 만듭니다.");
     SpeakKorean(app);
     Declare(app, commands);
+    arguments = WithEmptyValuesApart(app, arguments);
     // The parser takes them from the back, without the program.
     std::reverse(arguments.begin(), arguments.end());
     if (!arguments.empty()) {
@@ -58,9 +61,13 @@ ExitCode RunProgram(std::vector<std::string> arguments) {
 
 int main(int argc, char** argv) {
     using namespace tavrel;
+    platform::PassBytesUnchanged();
     try {
         return static_cast<int>(
             cli::RunGuarded([&] { return cli::RunProgram(platform::CommandLine(argc, argv)); }));
+    } catch (const std::bad_alloc&) {
+        cli::SayThatMemoryRanOut();
+        return static_cast<int>(cli::ExitCode::Failed);
     } catch (...) {
         // Not even the message could be written: the exit code has to say it.
         return static_cast<int>(cli::ExitCode::Failed);

@@ -95,6 +95,12 @@ std::string WhatIsWrong(const CLI::App& app, const CLI::ParseError& error) {
     if (app.get_subcommands().empty() && !unknown.empty()) {
         return "모르는 명령입니다: " + unknown.front();
     }
+    // What looks like an option and is none explains more than the argument that is missing beside it.
+    for (const std::string& argument : app.remaining(true)) {
+        if (argument.size() > 1 && argument.starts_with('-')) {
+            return "모르는 인수입니다: " + argument;
+        }
+    }
     return InKorean(error);
 }
 

@@ -87,6 +87,42 @@ TEST_F(Demo, CompareOptionsDoWhatTheySay) {
     EXPECT_EQ(equal["rows"].size(), 4U);
 }
 
+TEST_F(Demo, EmptyValuesAreValues) {
+    EXPECT_EQ(Compare({"--table-a=", "--table-b=", "--both-only", "--password-a="}, 1),
+              Compare({"--both-only"}, 1));
+}
+
+TEST_F(Demo, WarnsOfTablesThatAreNowhere) {
+    const ProgramResult result =
+        RunCli({"compare", A(), B(), "--table-a", "사원", "--table-b", "--both-only"});
+    EXPECT_EQ(result.errors, "경고: 두 데이터베이스 어느 쪽에도 '--both-only' 테이블이 없습니다.\n");
+    EXPECT_EQ(RunCli({"compare", A(), B(), "--table-a", "없음", "--table-b", "없음"}).exitCode, 0);
+    EXPECT_THAT(RunCli({"schema", A(), "--table", "MSysObjects"}).errors, HasSubstr("경고: 'MSysObjects'"));
+    EXPECT_EQ(RunCli({"compare", A(), B(), "--table-a", "DBVERSION"}).errors, "");
+}
+
+// A CSV file is for spreadsheets, which want to be told that it is UTF-8; what goes through a pipe is for
+// programs.
+TEST_F(Demo, CsvFilesBeginWithAMark) {
+    const std::string report = folder_->File("report.csv");
+    EXPECT_EQ(RunCli({"compare", A(), B(), "--format", "csv", "-o", report}).exitCode, 1);
+    EXPECT_EQ(ReadWholeFile(report),
+              "\xEF\xBB\xBF" + RunCli({"compare", A(), B(), "--format", "csv"}).output);
+}
+
+TEST_F(Demo, IndexReportsNameNothingElse) {
+    const std::string a = folder_->File("case-a.mdb");
+    const std::string b = folder_->File("case-b.mdb");
+    for (const std::string& file : {a, b}) {
+        std::filesystem::remove(file);
+        ASSERT_EQ(RunCli({"create", file}).exitCode, 0);
+    }
+    ASSERT_EQ(RunCli({"sql", a, "CREATE TABLE t (name LONG CONSTRAINT pk PRIMARY KEY)"}).exitCode, 0);
+    ASSERT_EQ(RunCli({"sql", b, "CREATE TABLE t (NAME TEXT(5))"}).exitCode, 0);
+    EXPECT_THAT(RunCli({"compare", a, b, "--index-only"}).output, HasSubstr("다름: P\n"));
+    EXPECT_THAT(RunCli({"compare", a, b}).output, HasSubstr("다름: P, Type"));
+}
+
 TEST_F(Demo, SchemaListsTheCellsOfOneSide) {
     const ProgramResult result = RunCli({"schema", A(), "--table", "주문", "--format", "json"});
     ASSERT_EQ(result.exitCode, 0);

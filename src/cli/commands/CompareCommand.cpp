@@ -1,3 +1,5 @@
+#include <set>
+
 #include "cli/Arguments.h"
 #include "cli/Failure.h"
 #include "cli/Messages.h"
@@ -5,6 +7,7 @@
 #include "cli/ProductOption.h"
 #include "cli/TerminalProgress.h"
 #include "compare/Headless.h"
+#include "compare/SchemaSnapshot.h"
 #include "report/ComparisonReport.h"
 #include "report/HtmlReport.h"
 
@@ -43,6 +46,7 @@ class CompareCommand : public Command {
             return ExitCode::Failed;
         }
         messages.ComplainOfAllButLast();  // the last one is the result, which is in the report
+        WarnOfUnknownTables(*result);
         Report(*result);
         return result->Differences() == 0 ? ExitCode::Done : ExitCode::Found;
     }
@@ -61,6 +65,21 @@ class CompareCommand : public Command {
             request_, {.messages = messages, .phase = progress.Phase(), .overall = progress.Overall()});
     }
 
+    /// A mistyped name would look like two equal databases.
+    void WarnOfUnknownTables(const compare::ComparisonResult& result) const {
+        // Of a product comparison these are the working copies.
+        const std::string pathA(result.PathA());
+        const std::string pathB(result.PathB());
+        std::set<std::string> names = {request_.a.table, request_.b.table};
+        names.erase("");
+        for (const std::string& table : names) {
+            if (!compare::ListsTable(pathA, request_.a.password, table) &&
+                !compare::ListsTable(pathB, request_.b.password, table)) {
+                Complain("경고: 두 데이터베이스 어느 쪽에도 '" + table + "' 테이블이 없습니다.");
+            }
+        }
+    }
+
     void Report(const compare::ComparisonResult& result) const {
         if (output_.empty()) {
             Write(StandardOutput(), result, StyleOfStandardOutput());
@@ -74,7 +93,7 @@ class CompareCommand : public Command {
     void Write(std::ostream& out, const compare::ComparisonResult& result,
                const report::TextStyle& style) const {
         if (format_ == "csv") {
-            report::WriteComparisonCsv(out, result);
+            (output_.empty() ? report::WriteComparisonCsv : report::WriteComparisonCsvFile)(out, result);
         } else if (format_ == "json") {
             report::WriteComparisonJson(out, result);
         } else if (format_ == "html") {

@@ -36,7 +36,7 @@ class FreshDemo {
     void Remove() const {
         try {
             platform::DeleteFileIfThere(temporary_);
-        } catch (const Error&) {
+        } catch (...) {
             // The failure that brought us here is the one to report.
         }
     }

@@ -1,7 +1,9 @@
 #include "cli/Arguments.h"
+#include "cli/Failure.h"
 #include "cli/Messages.h"
 #include "cli/Output.h"
 #include "cli/TerminalProgress.h"
+#include "compare/SchemaSnapshot.h"
 #include "report/SchemaReport.h"
 
 namespace tavrel::cli {
@@ -28,6 +30,9 @@ class SchemaCommand : public Command {
         if (!schema) {
             messages.ComplainOfAll();
             return ExitCode::Failed;
+        }
+        if (!table_.empty() && !compare::ListsTable(file_, password_.value_or(""), table_)) {
+            Complain("경고: '" + table_ + "' 테이블이 없습니다.");
         }
         Write(*schema);
         return ExitCode::Done;
