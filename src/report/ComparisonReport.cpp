@@ -1,10 +1,10 @@
 #include "report/ComparisonReport.h"
 
 #include "report/CsvWriter.h"
+#include "report/DisplayText.h"
 #include "report/JsonWriter.h"
 #include "report/SideCells.h"
 #include "text/Case.h"
-#include "text/Utf.h"
 
 namespace tavrel::report {
 
@@ -104,7 +104,7 @@ void WriteComparisonCsv(std::ostream& out, const compare::ComparisonResult& resu
 }
 
 void WriteComparisonCsvFile(std::ostream& out, const compare::ComparisonResult& result) {
-    out << text::kByteOrderMark;
+    out << kByteOrderMark;
     WriteComparisonCsv(out, result);
 }
 

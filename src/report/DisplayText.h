@@ -19,6 +19,9 @@ std::string PadRight(std::string_view utf8, std::size_t columns);
 /// that a name out of a database can neither break the table nor command the terminal.
 std::string Printable(std::string_view utf8);
 
+/// What some programs write in front of UTF-8, and others need to take it for UTF-8.
+inline constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+
 /// Sound UTF-8: what is none, surrogates without partner included, becomes U+FFFD.
 std::string SoundUtf8(std::string_view utf8);
 

@@ -17,9 +17,6 @@ std::string Utf8FromUtf16(std::u16string_view units);
 /// The way back; bytes that are no UTF-8 (nor a three-byte surrogate) become U+FFFD, one for each byte.
 std::u16string Utf16FromUtf8(std::string_view utf8);
 
-/// What some programs write in front of UTF-8, and others need to take it for UTF-8.
-inline constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
-
 /// Number of UTF-16 units of a text: what LEN and VARCHAR(n) count.
 std::size_t Utf16Length(std::string_view utf8);
 

@@ -158,15 +158,15 @@ TEST_F(Sql, RefusesWhatIsNotUtf8) {
 
 TEST_F(Sql, TellsWhyItsInputEndsEarly) {
     const ProgramResult folder =
-        RunProgram("sh", {"-c", TAVREL_BIN_DIR "/tavrel-cli sql \"$1\" </", "sh", path});
+        RunProgram("sh", {"-c", ProgramFolder() + "/tavrel-cli sql \"$1\" </", "sh", path});
     EXPECT_EQ(folder.exitCode, 2);
     EXPECT_THAT(folder.errors, HasSubstr("오류 57: "));
 #ifndef __SANITIZE_ADDRESS__
     // A line for which there is no memory.
     const ProgramResult line =
         RunProgram("sh", {"-c",
-                          "ulimit -v 150000; head -c 200000000 /dev/zero | tr '\\0' x | " TAVREL_BIN_DIR
-                          "/tavrel-cli sql \"$1\"",
+                          "ulimit -v 150000; head -c 200000000 /dev/zero | tr '\\0' x | " + ProgramFolder() +
+                              "/tavrel-cli sql \"$1\"",
                           "sh", path});
     EXPECT_EQ(line.exitCode, 2);
     EXPECT_EQ(line.errors, "오류 7: 메모리가 부족합니다.\n");

@@ -73,8 +73,8 @@ class Lines {
             return false;
         }
         ++number_;
-        if (number_ == 1 && line.starts_with(text::kByteOrderMark)) {
-            line.erase(0, text::kByteOrderMark.size());
+        if (number_ == 1 && line.starts_with(report::kByteOrderMark)) {
+            line.erase(0, report::kByteOrderMark.size());
             marked_ = true;
         }
         if (!IsUtf8(line)) {
