@@ -8,6 +8,7 @@
 #include "cli/FileStream.h"
 #include "platform/Console.h"
 #include "platform/FileSystem.h"
+#include "platform/UnusedName.h"
 
 namespace tavrel::cli {
 
@@ -75,7 +76,7 @@ ReportFile::ReportFile(const std::string& path) : path_(Destination(path)) {
     if (platform::IsDevice(path_)) {
         buffer_ = OpenDevice(path_);
     } else {
-        std::string beside = UnusedNameBeside(path_);
+        std::string beside = platform::UnusedNameBeside(path_);
         buffer_ =
             std::make_unique<FileStreamBuffer>(platform::OpenFile(beside, platform::FileAccess::CreateNew));
         temporary_ = std::move(beside);
@@ -104,17 +105,6 @@ void ReportFile::Commit() {
         platform::ReplaceFile(temporary_, path_);
         temporary_.clear();
     }
-}
-
-std::string UnusedNameBeside(const std::string& path) {
-    constexpr int kMost = 10'000;
-    for (int number = 0; number < kMost; ++number) {
-        std::string name = path + ".new" + std::to_string(number);
-        if (!platform::FileExists(name) && !platform::FolderExists(name)) {
-            return name;
-        }
-    }
-    throw MakeError(errors::kFileExists, {}, path + ".new…");
 }
 
 bool IsSameFile(const std::string& a, const std::string& b) {

@@ -40,9 +40,6 @@ class ReportFile {
     std::unique_ptr<std::ostream> stream_;
 };
 
-/// A name beside a file under which nothing exists yet.  Throws Error 58 when there is none.
-std::string UnusedNameBeside(const std::string& path);
-
 /// True when both names lead to one existing file.
 bool IsSameFile(const std::string& a, const std::string& b);
 

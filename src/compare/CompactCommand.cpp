@@ -40,6 +40,7 @@ bool Confirmed(platform::MessageBox& messages) {
 /// True when the database has been replaced by its compacted form.
 bool Compact(const std::string& path, const std::string& temporary, platform::Pointer& pointer) {
     DeleteLeftover(temporary, path);
+    RequireReplaceable(path);
     const Hourglass hourglass(pointer);
     db::DBEngine::Instance().CompactDatabase(path, temporary, {}, {}, kConnect);
     return ReplaceByCompacted(temporary, path);

@@ -34,16 +34,42 @@ void DeleteLeftover(const std::string& compacted, const std::string& database) {
     platform::DeleteFileIfThere(compacted);
 }
 
-bool ReplaceByCompacted(const std::string& compacted, const std::string& database) {
-    if (!platform::FileExists(compacted) || platform::FileSize(compacted) == 0) {
-        return false;
+void RequireReplaceable(const std::string& database) {
+    try {
+        platform::OpenFile(database, platform::FileAccess::Read);
+    } catch (const Error&) {
+        return;  // as the compaction will say
     }
+    try {
+        platform::OpenFile(database, platform::FileAccess::ReadWrite);
+    } catch (const platform::FileInUse&) {
+        return;  // as the compaction will say
+    }
+}
+
+namespace {
+
+void Replace(const std::string& compacted, const std::string& database) {
     // A link keeps leading to the database that it leads to.
     const std::string target = platform::FollowLinks(database);
     platform::CopyPermissions(target, compacted);
     // Nobody else has the file open, and it may be written.
     platform::OpenFile(database, platform::FileAccess::ReadWrite);
     platform::ReplaceFile(compacted, target);
+}
+
+}  // namespace
+
+bool ReplaceByCompacted(const std::string& compacted, const std::string& database) {
+    if (!platform::FileExists(compacted) || platform::FileSize(compacted) == 0) {
+        return false;
+    }
+    try {
+        Replace(compacted, database);
+    } catch (const Error&) {
+        platform::DeleteFileIfThere(compacted);
+        throw;
+    }
     return true;
 }
 

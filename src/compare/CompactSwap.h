@@ -14,9 +14,13 @@ std::string CompactTempName(const std::string& path);
 /// has it open may be that attempt, still at work.
 void DeleteLeftover(const std::string& compacted, const std::string& database);
 
+/// Throws Error when the database may be read but not be written: better before the compaction than after it.
+void RequireReplaceable(const std::string& database);
+
 /// Puts the file at `compacted` in the place of the database, in one step, so that whatever happens one of
 /// the two is there whole.  False, and nothing done, when there is no such file or it is empty.  Throws Error
-/// when somebody has the database open, or when it may not be written; both files stay then.
+/// when somebody has the database open, or when it may not be written; the database stays then, and the file
+/// at `compacted` is deleted.
 bool ReplaceByCompacted(const std::string& compacted, const std::string& database);
 
 }  // namespace tavrel::compare

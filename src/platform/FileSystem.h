@@ -27,6 +27,9 @@ void MakeFolder(const std::string& path);
 /// Replaces `to` by `from` in one step; both must be on one volume.  On Windows the access list of a `to`
 /// that is there stays, as a file carries it there that has one of its own.
 void ReplaceFile(const std::string& from, const std::string& to);
+/// Gives a file its name in one step, on one volume.  Throws 58 when something has that name already; then,
+/// and whenever it throws, the file has its old name only.
+void RenameNew(const std::string& from, const std::string& to);
 /// Gives `to` the permissions of `from`: mode and owner, on Windows the access list.
 void CopyPermissions(const std::string& from, const std::string& to);
 /// Takes from a folder's permissions what those of `file` do not grant, where they carry their own; the owner

@@ -205,6 +205,23 @@ TEST(CompactSwapTest, AnEmptyOrMissingFileReplacesNothing) {
     EXPECT_TRUE(std::filesystem::exists(folder.File("t.mdb")));
 }
 
+/// A file that may be read and not be written is told of before the work, and after it nothing stays behind.
+TEST(CompactSwapTest, AFileThatMayNotBeWritten) {
+    const TemporaryFolder folder;
+    const std::string path = folder.File("a.mdb");
+    const std::string compacted = folder.File("t.mdb");
+    std::ofstream(path) << "old";
+    std::ofstream(compacted) << "new";
+    std::filesystem::permissions(path, std::filesystem::perms::owner_read);
+    if (testing::ErrorOf([&] { platform::OpenFile(path, platform::FileAccess::ReadWrite); }) == 0) {
+        GTEST_SKIP() << "nothing is forbidden to this user";
+    }
+    EXPECT_EQ(testing::ErrorOf([&] { RequireReplaceable(path); }), errors::kPermissionDenied);
+    EXPECT_EQ(testing::ErrorOf([&] { ReplaceByCompacted(compacted, path); }), errors::kPermissionDenied);
+    EXPECT_FALSE(std::filesystem::exists(compacted));
+    EXPECT_EQ(ReadWholeFile(path), "old");
+}
+
 TEST(OpenInAccessTest, OpensACheckedPathOnly) {
     FakeText path;
     path.text = "/data/a.mdb";

@@ -237,16 +237,20 @@ int ftruncate(int descriptor, off_t size) noexcept {
     return static_cast<int>(result);
 }
 
-int rename(const char* from, const char* to) noexcept {
+int renameat2(int fromFolder, const char* from, int toFolder, const char* to, unsigned flags) noexcept {
     const bool ours = IsOurs(to);
     if (Fails(kRename, ours)) {
         return -1;
     }
-    const long result = syscall(SYS_renameat2, AT_FDCWD, from, AT_FDCWD, to, 0);
+    const long result = syscall(SYS_renameat2, fromFolder, from, toFolder, to, flags);
     if (result == 0 && ours) {
         Record("from", 0, from);
     }
     return Changed(result, "to", to, ours);
+}
+
+int rename(const char* from, const char* to) noexcept {
+    return renameat2(AT_FDCWD, from, AT_FDCWD, to, 0);
 }
 
 int unlink(const char* path) noexcept {

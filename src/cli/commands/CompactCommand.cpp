@@ -75,8 +75,10 @@ class CompactCommand : public Command {
 
   private:
     jet::CompactReport InPlace() {
-        jet::CompactReport report = Compact(TemporaryFor(file_));
-        Swap(TemporaryFor(file_), file_);
+        const std::string temporary = TemporaryFor(file_);
+        compare::RequireReplaceable(file_);
+        jet::CompactReport report = Compact(temporary);
+        Swap(temporary, file_);
         return report;
     }
 
@@ -86,8 +88,21 @@ class CompactCommand : public Command {
         }
         const std::string temporary = TemporaryFor(destination_);
         jet::CompactReport report = Compact(temporary);
-        platform::ReplaceFile(temporary, destination_);
+        Place(temporary);
         return report;
+    }
+
+    /// What somebody else has made under that name in the meantime stays.
+    void Place(const std::string& temporary) const {
+        try {
+            platform::RenameNew(temporary, destination_);
+        } catch (const Error& error) {
+            platform::DeleteFileIfThere(temporary);
+            if (error.Number() == errors::kFileExists) {
+                throw MakeError(errors::kDatabaseExists, {}, destination_);
+            }
+            throw;
+        }
     }
 
     jet::CompactReport Compact(const std::string& temporary) {

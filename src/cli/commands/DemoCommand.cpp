@@ -4,7 +4,9 @@
 #include "cli/Output.h"
 #include "cli/demo/DemoWriter.h"
 #include "cli/demo/ProductDemo.h"
+#include "platform/File.h"
 #include "platform/FileSystem.h"
+#include "platform/UnusedName.h"
 
 namespace tavrel::cli {
 
@@ -14,8 +16,9 @@ namespace {
 class FreshDemo {
   public:
     FreshDemo(std::string path, const std::function<void(const std::string&)>& write)
-        : path_(std::move(path)), temporary_(UnusedNameBeside(path_)) {
-        if (platform::FileExists(path_) && !IsDemoDatabase(path_) && !IsProductDemo(path_)) {
+        : path_(std::move(path)), temporary_(platform::UnusedNameBeside(path_)) {
+        replaces_ = platform::FileExists(path_);
+        if (replaces_ && !IsDemoDatabase(path_) && !IsProductDemo(path_)) {
             throw MakeError(errors::kDatabaseExists, {}, path_);
         }
         try {
@@ -29,7 +32,10 @@ class FreshDemo {
     FreshDemo(const FreshDemo&) = delete;
     FreshDemo& operator=(const FreshDemo&) = delete;
 
-    void Commit() { platform::ReplaceFile(temporary_, path_); }
+    void Commit() {
+        platform::OpenFile(temporary_, platform::FileAccess::ReadWrite)->Sync();
+        replaces_ ? platform::ReplaceFile(temporary_, path_) : platform::RenameNew(temporary_, path_);
+    }
     [[nodiscard]] const std::string& Path() const { return path_; }
 
   private:
@@ -43,6 +49,7 @@ class FreshDemo {
 
     std::string path_;
     std::string temporary_;
+    bool replaces_ = false;  ///< a demonstration that was made before
 };
 
 class DemoCommand : public Command {

@@ -49,7 +49,8 @@ class Database {
                                               const OpenOptions& options = {},
                                               std::optional<OldPages> old = std::nullopt);
     /// Makes a new database.  Throws 3204 when the file exists, 3031 for a password of more than 20
-    /// characters.  The file is complete after Flush; without one it is removed at the end.
+    /// characters.  Until Flush the file lies under another name in the same folder; without one it is
+    /// removed at the end.
     static std::unique_ptr<Database> Create(const std::string& path, const CreateOptions& options = {});
     ~Database();
 
@@ -70,7 +71,8 @@ class Database {
     void CreateRelation(const RelationInfo& relation);
     /// Rows are appended through the writer; its Finish (or destructor) builds the indexes.
     std::unique_ptr<TableWriter> Append(const std::string& table);
-    /// Writes everything to the file and syncs it.
+    /// Writes everything to the file and syncs it; the first time, the file gets its name.  Throws 3204 when
+    /// another has come to have it.
     void Flush();
 
   private:

@@ -4,6 +4,7 @@
 #include "jet/define/Creation.h"
 #include "jet/define/NewDatabase.h"
 #include "platform/FileSystem.h"
+#include "platform/UnusedName.h"
 #include "text/Utf.h"
 
 namespace tavrel::jet {
@@ -25,18 +26,41 @@ FileHeader HeaderFor(const CreateOptions& options) {
     return header;
 }
 
-std::unique_ptr<platform::File> OpenNewFile(const std::string& path) {
-    try {
-        return platform::OpenFile(path, platform::FileAccess::CreateNew);
-    } catch (const Error& error) {
-        switch (error.Number()) {
-            case errors::kFileExists:
-                throw MakeError(errors::kDatabaseExists, {}, path);
-            case errors::kPathNotFound:
-                throw MakeError(errors::kBadPath, {path});
-            default:
-                throw MakeError(errors::kNoFilePermission, {path}, error.Description());
+/// The engine's error for a new file of that name that cannot be made.
+Error CreateError(const Error& cause, const std::string& path) {
+    switch (cause.Number()) {
+        case errors::kFileExists:
+            return MakeError(errors::kDatabaseExists, {}, path);
+        case errors::kPathNotFound:
+            return MakeError(errors::kBadPath, {path});
+        default:
+            return MakeError(errors::kNoFilePermission, {path}, cause.Description());
+    }
+}
+
+/// An empty file beside the one that is to be; `name` becomes its own.
+std::unique_ptr<platform::File> OpenBeside(const std::string& path, std::string& name) {
+    while (true) {
+        name = platform::UnusedNameBeside(path);
+        try {
+            return platform::OpenFile(name, platform::FileAccess::CreateNew);
+        } catch (const Error& error) {
+            if (error.Number() != errors::kFileExists) {
+                throw;
+            }
+            // Somebody else has taken the name in between.
         }
+    }
+}
+
+std::unique_ptr<platform::File> OpenNewFile(const std::string& path, std::string& name) {
+    try {
+        if (platform::FileExists(path) || platform::FolderExists(path)) {
+            throw MakeError(errors::kFileExists);
+        }
+        return OpenBeside(path, name);
+    } catch (const Error& error) {
+        throw CreateError(error, path);
     }
 }
 
@@ -56,8 +80,9 @@ UnfinishedFile::~UnfinishedFile() {
 
 std::unique_ptr<Database> Database::Create(const std::string& path, const CreateOptions& options) {
     FileHeader header = HeaderFor(options);
-    std::unique_ptr<platform::File> file = OpenNewFile(path);
-    auto creation = std::make_shared<Creation>(path);
+    std::string temporary;
+    std::unique_ptr<platform::File> file = OpenNewFile(path, temporary);
+    auto creation = std::make_shared<Creation>(temporary);
     std::unique_ptr<Database> database(new Database());
     database->creation_ = creation;
     database->path_ = path;
@@ -95,6 +120,14 @@ std::unique_ptr<TableWriter> Database::Append(const std::string& table) {
 
 void Database::Flush() {
     RequireWriter().Flush();
+    if (creation_->file.Path().empty()) {
+        return;  // it has its name since an earlier call
+    }
+    try {
+        platform::RenameNew(creation_->file.Path(), path_);
+    } catch (const Error& error) {
+        throw CreateError(error, path_);
+    }
     creation_->file.Keep();
 }
 

@@ -8,7 +8,7 @@
 
 namespace tavrel::jet {
 
-/// Removes the file at the end of its life unless it was kept: nothing half-made stays under the user's name.
+/// Removes the file at the end of its life unless it was kept: nothing half-made stays beside the user's files.
 class UnfinishedFile {
   public:
     explicit UnfinishedFile(std::string path) : path_(std::move(path)) {}
@@ -16,6 +16,8 @@ class UnfinishedFile {
     UnfinishedFile(const UnfinishedFile&) = delete;
     UnfinishedFile& operator=(const UnfinishedFile&) = delete;
     void Keep() { path_.clear(); }
+    /// Empty when it is kept.
+    [[nodiscard]] const std::string& Path() const { return path_; }
 
   private:
     std::string path_;  ///< empty = keep

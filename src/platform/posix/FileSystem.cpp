@@ -53,6 +53,18 @@ void SyncFolderOf(const std::string& path) {
     }
 }
 
+/// False, with errno set, when it cannot be done.
+bool MoveToNewName(const char* from, const char* to) {
+    if (::renameat2(AT_FDCWD, from, AT_FDCWD, to, RENAME_NOREPLACE) == 0) {
+        return true;
+    }
+    if (errno != EINVAL && errno != ENOSYS) {
+        return false;
+    }
+    // A file system of the network may know links only.
+    return ::link(from, to) == 0 && (::unlink(from) == 0 || (::unlink(to), false));
+}
+
 }  // namespace
 
 bool FileExists(const std::string& path) {
@@ -104,6 +116,18 @@ void ReplaceFile(const std::string& from, const std::string& to) {
         throw SystemError(reason, FileExists(from) ? to : from);
     }
     SyncFolderOf(to);
+}
+
+void RenameNew(const std::string& from, const std::string& to) {
+    if (!MoveToNewName(from.c_str(), to.c_str())) {
+        throw LastSystemError(to);
+    }
+    try {
+        SyncFolderOf(to);
+    } catch (const Error&) {
+        MoveToNewName(to.c_str(), from.c_str());
+        throw;
+    }
 }
 
 void CopyPermissions(const std::string& from, const std::string& to) {

@@ -89,7 +89,8 @@ OpenMode ModeOf(FileAccess access) {
         case FileAccess::ReadWrite:
             return {GENERIC_READ | GENERIC_WRITE, 0, OPEN_EXISTING};
         case FileAccess::CreateNew:
-            return {GENERIC_READ | GENERIC_WRITE, 0, CREATE_NEW};
+            // It may be given its name while it is open.
+            return {GENERIC_READ | GENERIC_WRITE, FILE_SHARE_DELETE, CREATE_NEW};
     }
     return {};
 }

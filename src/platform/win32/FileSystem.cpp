@@ -139,6 +139,12 @@ void ReplaceFile(const std::string& from, const std::string& to) {
     }
 }
 
+void RenameNew(const std::string& from, const std::string& to) {
+    if (!::MoveFileExW(WidePath(from).c_str(), WidePath(to).c_str(), MOVEFILE_WRITE_THROUGH)) {
+        throw LastSystemError(to);
+    }
+}
+
 void CopyPermissions(const std::string& from, const std::string& to) {
     const AccessList list(from);
     if (!list.IsTheFilesOwn()) {

@@ -1,5 +1,6 @@
 // A database from nothing: the file is whole, opens again, and nothing half-made stays behind.
 #include <filesystem>
+#include <fstream>
 
 #include <gtest/gtest.h>
 
@@ -96,6 +97,30 @@ TEST(EmptyDatabaseFile, AnExistingFileIsNotTouched) {
     const std::string before = ReadWholeFile(path);
     EXPECT_EQ(ErrorOf([&] { DatabaseBuilder again(path); }), errors::kDatabaseExists);
     EXPECT_EQ(ReadWholeFile(path), before);
+}
+
+/// Until it is complete a new database has another name; what comes to have its name meanwhile stays.
+TEST(EmptyDatabaseFile, GetsItsNameWhenItIsComplete) {
+    const TemporaryFolder folder;
+    const std::string path = folder.File("a.mdb");
+    {
+        const auto database = jet::Database::Create(path);
+        database->CreateTable(Table("t").Long("a"));
+        EXPECT_FALSE(std::filesystem::exists(path));
+        database->Flush();
+        EXPECT_TRUE(std::filesystem::exists(path));
+        database->CreateTable(Table("u").Long("a"));
+        database->Flush();
+    }
+    EXPECT_NE(jet::Database::Open(path)->Catalog().FindTable("u"), nullptr);
+    const std::string other = folder.File("b.mdb");
+    {
+        const auto database = jet::Database::Create(other);
+        std::ofstream(other) << "theirs";
+        EXPECT_EQ(ErrorOf([&] { database->Flush(); }), errors::kDatabaseExists);
+    }
+    EXPECT_EQ(ReadWholeFile(other), "theirs");
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.Path()), {}), 2);
 }
 
 TEST(EmptyDatabaseFile, APasswordIsAskedFor) {
