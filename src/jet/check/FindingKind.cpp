@@ -123,7 +123,7 @@ constexpr FindingInfo kInfos[] = {
     {K::TableKindFlags, kError, "table-kind-flags", "테이블 종류 값이 개체의 표시와 맞지 않음"},
     {K::PropertyBlob, kError, "property-blob", "속성을 읽을 수 없음: |1"},
     {K::PropertyColumn, kNote, "property-column", "없는 필드 |1의 속성이 있음"},
-    {K::OwnerEngine, kError, "owner-engine", "|1의 소유자가 엔진이 아님"},
+    {K::OwnerEngine, kNote, "owner-engine", "|1의 소유자가 엔진이 아님"},
     {K::OwnerForeign, kNote, "owner-foreign", "개체 |1개의 소유자가 Admin이 아님 (처음: |2)"},
     {K::AceObject, kError, "ace-object", "없는 개체 |1의 권한 항목이 있음"},
     {K::AceAccount, kNote, "ace-account", "다른 계정의 권한 항목이 있음: |1"},

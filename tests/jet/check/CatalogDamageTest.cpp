@@ -1,5 +1,7 @@
 // Damage to the catalog: objects, permissions, properties, relations.
 #include "jet/check/DamageTest.h"
+#include "jet/engine/RowKeys.h"
+#include "jet/storage/DataPage.h"
 
 namespace tavrel::testing {
 namespace {
@@ -28,6 +30,20 @@ void TakePermissions(S& s) {
     }
 }
 
+/// A row of a query that nobody has.
+void AddQueryRow(S& s) {
+    const jet::TableDefinition& queries = s.DefinitionOf("MSysQueries");
+    jet::StoredFields fields(queries.columns.size());
+    fields[queries.FindColumnByName("ObjectId")] = jet::ByteVector{0x77, 0x77, 0, 0};
+    const jet::PageNumber page = s.AddPage();
+    jet::Page content;
+    jet::DataPageEditor editor(content);
+    editor.Format(jet::kQueriesPage);
+    editor.Append(jet::BuildRow(queries.Shape(), fields));
+    std::ranges::copy(content, s.bytes.begin() + static_cast<std::ptrdiff_t>(S::Page(page)));
+    s.MapBit(queries.ownedMap, page, true);
+}
+
 // clang-format off
 constexpr DamageCase kCatalogCases[] = {
     {"object-id", "", [](S& s) { s.Put(Object(s, "Databases", "Id"), 4, 0x0F000001); }},
@@ -41,6 +57,7 @@ constexpr DamageCase kCatalogCases[] = {
     {"ace-object", "", [](S& s) { s.Put(s.Value("MSysACEs", 0, "ObjectId"), 4, 0x7777); }},
     {"ace-account", "", [](S& s) { s.At(s.Value("MSysACEs", 0, "SID")) ^= 0x40; }},
     {"ace-missing", "", TakePermissions},
+    {"query-object", "", AddQueryRow},
     {"property-blob", "magic", [](S& s) { s.At(Properties(s)) ^= 1; }},
     {"property-blob", "cut", [](S& s) { s.Put(Properties(s) + 4, 4, 0x7FFF); }},
     {"property-blob", "half a pair in a text", [](S& s) { s.Rename(Properties(s), "none", "none", 0xD8); }},

@@ -37,6 +37,18 @@ void RepeatEntry(S& s) {
     std::copy(first, first + kEntryBytes, first + kEntryBytes);
 }
 
+/// The last leaf goes one level down: a node without entries takes its place.
+void LowerLastLeaf(S& s) {
+    const jet::PageNumber last = s.Get(s.Root("children", kKey) + 0x14, 4);
+    const jet::PageNumber lowered = s.AddPage();
+    const auto page = s.bytes.begin() + static_cast<std::ptrdiff_t>(S::Page(last));
+    std::copy_n(page, jet::kPageSize, s.bytes.begin() + static_cast<std::ptrdiff_t>(S::Page(lowered)));
+    std::fill(page + 0x0C, page + jet::kPageSize, std::uint8_t{0});
+    s.At(S::Page(last)) = jet::kPageTypeNode;
+    s.Put(S::Page(last) + 2, 2, jet::kPageSize - kEntries);
+    s.Put(S::Page(last) + 0x14, 4, lowered);
+}
+
 jet::PageNumber RootPage(S& s, const std::string& table) {
     return s.Real(table, kKey).root;
 }
@@ -60,6 +72,7 @@ constexpr DamageCase kIndexCases[] = {
     {"index-leaf-links", "behind the last", [](S& s) { s.At(Leaf(s) + 0x10) = 5; }},
     {"index-range", "bound", [](S& s) { s.At(s.Root("children", kKey) + kEntries + 3) = 0; }},
     {"index-map", "page missing in the map", [](S& s) { s.MapBit(s.Real("parents", kKey).map, RootPage(s, "parents"), false); }},
+    {"index-depth", "", LowerLastLeaf},
     {"index-order", "", SwapEntries},
     {"entry-without-row", "", [](S& s) { s.At(Leaf(s) + kEntries + 8) = 200; }},
     {"row-without-entry", "", RemoveLastEntry},

@@ -34,6 +34,35 @@ void EmptyPage(S& s) {
 }
 
 // clang-format off
+void LeakMapPage(S& s) {
+    s.Put(S::Page(s.AddPage()), 2, 0x0101);
+}
+
+std::size_t Picture(S& s, std::size_t row) {
+    return s.Value("children", row, "Picture");
+}
+
+/// The last page of a chain gets a second slot, of a deleted row.
+void AddRowToChain(S& s) {
+    auto at = jet::RowPointer::FromU32(s.Get(Picture(s, 0) + 4, 4));
+    while (const std::uint32_t next = s.Get(s.Target(at), 4)) {
+        at = jet::RowPointer::FromU32(next);
+    }
+    const std::size_t page = S::Page(at.page);
+    s.Put(page + 0x0C, 2, 2);
+    s.Put(page + 0x10, 2, s.Get(page + 0x0E, 2) | 0xC000);
+    s.Put(page + 2, 2, s.Get(page + 2, 2) - 2);
+}
+
+/// A value of 200 bytes outside the row becomes one of 64.
+void ShortenPicture(S& s) {
+    constexpr std::uint32_t kShorter = 200 - 64;
+    const auto at = jet::RowPointer::FromU32(s.Get(Picture(s, 1) + 4, 4));
+    s.At(Picture(s, 1)) -= kShorter;
+    s.Put(S::SlotOf(at), 2, s.Get(S::SlotOf(at), 2) + kShorter);
+    s.Put(S::Page(at.page) + 2, 2, s.Get(S::Page(at.page) + 2, 2) + kShorter);
+}
+
 constexpr DamageCase kPageCases[] = {
     {"header-constants", "engine mark", [](S& s) { s.At(0x98) ^= 1; }},
     {"header-constants", "catalog page", [](S& s) { s.At(0x20) ^= 8; }},
@@ -51,6 +80,7 @@ constexpr DamageCase kPageCases[] = {
     {"page-owned-twice", "engine page", [](S& s) { s.MapBit(s.DefinitionOf("parents").ownedMap, 3, true); }},
     {"leaked-page", "owned bit lost", [](S& s) { s.MapBit(s.DefinitionOf("parents").ownedMap, static_cast<jet::PageNumber>(s.DataPage("parents") / jet::kPageSize), false); }},
     {"leaked-page", "behind the last page", [](S& s) { s.MapBit(kFree, PageCount(s), false); s.bytes.resize(s.bytes.size() + jet::kPageSize); }},
+    {"leaked-map-page", "", LeakMapPage},
     {"free-space-not-owned", "", [](S& s) { s.MapBit(s.DefinitionOf("parents").freeMap, 3, true); }},
     {"empty-page-not-free", "", EmptyPage},
     {"page-used-and-free", "", [](S& s) { s.MapBit(kFree, 2, true); }},
@@ -74,6 +104,8 @@ constexpr DamageCase kPageCases[] = {
     {"long-length", "too short", [](S& s) { s.At(Memo(s, 1)) ^= 2; }},
     {"long-length", "chain cut", [](S& s) { s.Put(s.Target(MemoStart(s, 0)), 4, 0); }},
     {"long-use", "chain cut", [](S& s) { s.Put(s.Target(MemoStart(s, 0)), 4, 0); }},
+    {"long-chain-rows", "", AddRowToChain},
+    {"long-place", "", ShortenPicture},
     {"long-use", "circle", [](S& s) { s.Put(s.Target(MemoStart(s, 0)), 4, MemoStart(s, 0).ToU32()); }},
     {"long-use", "shared", [](S& s) { s.Put(Memo(s, 1) + 4, 4, MemoStart(s, 0).ToU32()); }},
     {"long-outside-map", "", [](S& s) { s.Put(Memo(s, 1) + 4, 4, 0x200); }},

@@ -19,6 +19,49 @@ void ShortMemo(S& s) {
 }
 
 // clang-format off
+/// Two names of the same length together as those of the two indexes.
+void NameIndexesAlike(S& s) {
+    constexpr std::string_view kSame = "SameName";
+    std::size_t at = s.FindText(s.Definition("parents"), "ByName") - 2;
+    for (int name = 0; name < 2; ++name) {
+        s.Put(at, 2, 2 * kSame.size());
+        at += 2;
+        for (const char c : kSame) {
+            s.Put(at, 2, static_cast<std::uint8_t>(c));
+            at += 2;
+        }
+    }
+}
+
+void AddColumns(S& s) {
+    jet::TableDefinition table = s.DefinitionOf("parents");
+    while (table.columns.size() <= jet::kMaxColumns) {
+        jet::Column& column = table.columns.emplace_back();
+        column.name = "C" + std::to_string(table.columns.size());
+        column.type = jet::ColumnType::Boolean;
+        column.flags = jet::columnFlags::kFixed;
+        column.number = table.columnNumbers++;
+        column.length = 1;
+    }
+    s.PutDefinition(table);
+}
+
+void AddIndexes(S& s) {
+    constexpr std::size_t kTooMany = 300;
+    jet::TableDefinition table = s.DefinitionOf("parents");
+    table.realIndexes.resize(kTooMany, table.realIndexes.front());
+    s.PutDefinition(table);
+}
+
+/// The last row of the page becomes a pointer of two bytes.
+void ShortenPointer(S& s) {
+    const std::size_t page = s.DataPage("parents");
+    const std::size_t slot = page + 0x0E + 2 * (s.Get(page + 0x0C, 2) - 1);
+    const std::uint32_t start = s.Get(slot - 2, 2) - 2;
+    s.Put(page + 2, 2, s.Get(page + 2, 2) + start - s.Get(slot, 2));
+    s.Put(slot, 2, start | 0x4000);
+}
+
 constexpr DamageCase kDefinitionCases[] = {
     {"definition-unreadable", "page type", [](S& s) { s.At(s.Definition("parents")) = 8; }},
     {"definition-unreadable", "circle", [](S& s) { s.Put(s.Definition("parents") + 4, 4, s.DefinitionOf("parents").page); }},
@@ -49,6 +92,9 @@ constexpr DamageCase kDefinitionCases[] = {
     {"index-columns", "", [](S& s) { s.At(s.RealRecord("parents", 0) + 4) = 55; }},
     {"index-real", "", [](S& s) { s.At(s.LogicalRecord("parents", "ByName") + 8) = 9; }},
     {"index-unnamed", "", [](S& s) { s.At(s.LogicalRecord("parents", "ByName") + 8) = 0; }},
+    {"index-names", "", NameIndexesAlike},
+    {"index-limit", "", AddIndexes},
+    {"column-limit", "", AddColumns},
     {"index-numbers", "", [](S& s) { s.At(s.LogicalRecord("parents", "ByName") + 4) = 0; }},
     {"primary-keys", "", [](S& s) { s.At(s.LogicalRecord("parents", "ByName") + 0x17) = 1; }},
     {"primary-flags", "", [](S& s) { s.At(s.RealRecord("children", 0) + 0x2E) = 0x81; }},
@@ -70,6 +116,7 @@ constexpr DamageCase kRowCases[] = {
     {"text-compression", "another way", [](S& s) { s.At(s.Value("parents", 0, "Note") + 3) = 0; }},
     {"text-not-compressed", "", [](S& s) { s.At(s.ColumnRecord("children", "Note") + 0x10) = 1; }},
     {"moved-row", "no pointer", [](S& s) { s.At(s.DataPage("parents") + 0x0F) |= 0x80; }},
+    {"row-pointer-short", "", ShortenPointer},
     {"row-pointer-target", "", [](S& s) { s.At(s.DataPage("parents") + 0x0F) |= 0x40; }},
     {"null-in-required", "", [](S& s) { s.At(s.RowEnd("children", 5) - kMask) &= 0xFE; }},
     {"entry-without-row", "row deleted", [](S& s) { s.At(s.DataPage("parents") + 0x0F) |= 0xC0; }},

@@ -97,12 +97,7 @@ class SampleDatabase {
     /// Replaces a text by one of the same length, where it first stands in UTF-16 behind an offset; `high` is
     /// the high byte of its first character.
     void Rename(std::size_t from, std::string_view text, std::string_view by, std::uint8_t high = 0) {
-        FileBytes wanted;
-        for (const char c : text) {
-            wanted.insert(wanted.end(), {static_cast<std::uint8_t>(c), 0});
-        }
-        auto at = std::search(bytes.begin() + static_cast<std::ptrdiff_t>(from), bytes.end(), wanted.begin(),
-                              wanted.end());
+        auto at = bytes.begin() + static_cast<std::ptrdiff_t>(FindText(from, text));
         *(at + 1) = high;
         for (const char c : by) {
             *at = static_cast<std::uint8_t>(c);
@@ -122,6 +117,39 @@ class SampleDatabase {
             page = ReadIndex(page).next;
         }
         return Page(page);
+    }
+    /// Of a text in UTF-16, where it first stands behind an offset.
+    [[nodiscard]] std::size_t FindText(std::size_t from, std::string_view text) const {
+        FileBytes wanted;
+        for (const char c : text) {
+            wanted.insert(wanted.end(), {static_cast<std::uint8_t>(c), 0});
+        }
+        const auto found = std::search(bytes.begin() + static_cast<std::ptrdiff_t>(from), bytes.end(),
+                                       wanted.begin(), wanted.end());
+        return static_cast<std::size_t>(found - bytes.begin());
+    }
+    /// A page behind the last one, all zero and in use.
+    jet::PageNumber AddPage() {
+        const auto page = static_cast<jet::PageNumber>(bytes.size() / jet::kPageSize);
+        MapBit({1, 0}, page, false);
+        bytes.resize(bytes.size() + jet::kPageSize);
+        return page;
+    }
+    /// Writes a definition over that of its table, on as many more pages as it needs.
+    void PutDefinition(const jet::TableDefinition& table) {
+        constexpr std::size_t kHead = 8;
+        const jet::ByteVector all = jet::BuildTableDefinition(table);
+        jet::PageNumber page = table.page;
+        for (jet::ByteView rest = all; !rest.empty();) {
+            const jet::ByteView part = rest.first(std::min(rest.size(), jet::kPageSize - kHead));
+            rest = rest.subspan(part.size());
+            const jet::PageNumber next = rest.empty() ? 0 : AddPage();
+            Put(Page(page), 2, 0x0102);
+            Put(Page(page) + 2, 2, static_cast<std::uint32_t>(jet::kPageSize - kHead - part.size()));
+            Put(Page(page) + 4, 4, next);
+            std::ranges::copy(part, bytes.begin() + static_cast<std::ptrdiff_t>(Page(page) + kHead));
+            page = next;
+        }
     }
     /// Of a column's 25-byte record, a real index's 52-byte record, a logical index's 28-byte record.
     std::size_t ColumnRecord(const std::string& table, const std::string& column) {
