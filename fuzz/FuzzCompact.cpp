@@ -4,9 +4,9 @@
 //   fuzz-compact -max_len=300000 -rss_limit_mb=1024 -timeout=20 FOLDER_WITH_DATABASES
 #include <cstdlib>
 
-#include "jet/engine/Check.h"
-#include "jet/engine/Database.h"
-#include "jet/engine/compact/Compact.h"
+#include "jet/check/Check.h"
+#include "jet/compact/Compact.h"
+#include "jet/database/Database.h"
 #include "support/MemoryFile.h"
 
 using tavrel::Error;

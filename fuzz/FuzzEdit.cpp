@@ -2,7 +2,7 @@
 // whatever the pages hold.
 //
 //   fuzz-edit -max_len=300000 -rss_limit_mb=1024 -timeout=20 FOLDER_WITH_DATABASES
-#include "jet/engine/EditSession.h"
+#include "jet/session/EditSession.h"
 #include "support/MemoryFile.h"
 
 using tavrel::Error;

@@ -6,8 +6,8 @@
 #include <cstdlib>
 #include <filesystem>
 
-#include "jet/engine/Check.h"
-#include "jet/engine/Database.h"
+#include "jet/check/Check.h"
+#include "jet/database/Database.h"
 #include "jet/storage/Journal.h"
 #include "platform/FileSystem.h"
 #include "support/MemoryFile.h"

@@ -6,8 +6,8 @@
 #include <sstream>
 #include <stdexcept>
 
-#include "jet/engine/Check.h"
-#include "jet/engine/Database.h"
+#include "jet/check/Check.h"
+#include "jet/database/Database.h"
 #include "report/DatabaseDump.h"
 #include "support/DatabaseBuilder.h"
 #include "support/JetTools.h"

@@ -1,68 +1,15 @@
 #include "jet/check/RelationCheck.h"
 
 #include <algorithm>
-#include <tuple>
 
 #include "jet/check/Places.h"
+#include "jet/check/RelationFacts.h"
 #include "jet/check/SystemTable.h"
 #include "text/Case.h"
 
 namespace tavrel::jet::check {
 
-namespace {
-
 using text::Lower;
-
-bool RowsAgree(const std::vector<RelationRow>& rows) {
-    const auto common = [](const RelationRow& row) {
-        return std::tie(row.grbit, row.columnCount, row.childTable, row.parentTable);
-    };
-    for (std::size_t i = 0; i < rows.size(); ++i) {
-        if (rows[i].column != static_cast<std::int32_t>(i) || common(rows[i]) != common(rows[0])) {
-            return false;
-        }
-    }
-    return rows[0].columnCount == static_cast<std::int32_t>(rows.size());
-}
-
-std::vector<const LogicalIndex*> ChildEntries(const TableDefinition& table, const std::string& relation) {
-    std::vector<const LogicalIndex*> entries;
-    for (const LogicalIndex& index : table.logicalIndexes) {
-        if (index.kind == LogicalKind::Relation && index.side == RelationSide::Child &&
-            Lower(index.name) == Lower(relation)) {
-            entries.push_back(&index);
-        }
-    }
-    return entries;
-}
-
-/// The only entry with that number, or null.
-const LogicalIndex* EntryByNumber(const TableDefinition& table, std::uint32_t number) {
-    const LogicalIndex* found = nullptr;
-    for (const LogicalIndex& index : table.logicalIndexes) {
-        if (index.number == number) {
-            if (found != nullptr) {
-                return nullptr;
-            }
-            found = &index;
-        }
-    }
-    return found;
-}
-
-/// Lower-case names of an index's columns.
-std::vector<std::string> ColumnNames(const TableDefinition& table, const LogicalIndex& index) {
-    std::vector<std::string> names;
-    if (index.real < table.realIndexes.size()) {
-        for (const IndexColumn& column : table.realIndexes[index.real].columns) {
-            const std::size_t place = table.FindColumn(column.number);
-            names.push_back(place == TableDefinition::npos ? "" : Lower(table.columns[place].name));
-        }
-    }
-    return names;
-}
-
-}  // namespace
 
 RelationCheck::RelationCheck(Context& context, const std::vector<CatalogObject>& objects,
                              const std::vector<CheckedTable>& tables)
@@ -127,9 +74,7 @@ void RelationCheck::CheckObjects() {
 
 void RelationCheck::CheckRelation(const std::string& name, std::vector<RelationRow>& rows) {
     const std::string where = "관계 " + name;
-    std::stable_sort(rows.begin(), rows.end(),
-                     [](const RelationRow& a, const RelationRow& b) { return a.column < b.column; });
-    if (!RowsAgree(rows)) {
+    if (!ArrangeRelationRows(rows)) {
         log_.Add(FindingKind::RelationRowsDiffer, where);
         return;
     }
@@ -178,10 +123,8 @@ void RelationCheck::CheckEntries(const std::string& where, const RelationRow& re
         return;
     }
     const LogicalIndex& ours = *entries.front();
-    const LogicalIndex* theirs = EntryByNumber(*parent.definition, ours.partner);
-    if (theirs == nullptr || ours.partnerPage != parent.definition->page ||
-        theirs->side != RelationSide::Parent || theirs->kind != LogicalKind::Relation ||
-        theirs->partnerPage != child.definition->page || theirs->partner != ours.number) {
+    const LogicalIndex* theirs = PartnerOf(*child.definition, ours, *parent.definition);
+    if (theirs == nullptr) {
         log_.Add(FindingKind::RelationPartner, where);
         return;
     }
@@ -193,26 +136,12 @@ void RelationCheck::CheckEntries(const std::string& where, const RelationRow& re
 void RelationCheck::CheckIndexes(const std::string& where, const TableDefinition& child,
                                  const LogicalIndex& childEntry, const TableDefinition& parent,
                                  const LogicalIndex& parentEntry, const std::vector<RelationRow>& rows) {
-    const bool updates = (rows[0].grbit & relationFlags::kCascadeUpdates) != 0;
-    const bool deletes = (rows[0].grbit & relationFlags::kCascadeDeletes) != 0;
     for (const LogicalIndex* entry : {&childEntry, &parentEntry}) {
-        if ((entry->cascadeUpdates != 0) != updates || (entry->cascadeDeletes != 0) != deletes) {
+        if (!CascadesMatch(*entry, rows[0].grbit)) {
             log_.Add(FindingKind::RelationCascade, where);
         }
     }
-    const std::vector<std::string> childColumns = ColumnNames(child, childEntry);
-    const std::vector<std::string> parentColumns = ColumnNames(parent, parentEntry);
-    std::vector<std::pair<std::string, std::string>> have;
-    for (std::size_t i = 0; i < std::min(childColumns.size(), parentColumns.size()); ++i) {
-        have.emplace_back(childColumns[i], parentColumns[i]);
-    }
-    std::vector<std::pair<std::string, std::string>> wanted;
-    for (const RelationRow& row : rows) {
-        wanted.emplace_back(Lower(row.childColumn), Lower(row.parentColumn));
-    }
-    std::sort(have.begin(), have.end());
-    std::sort(wanted.begin(), wanted.end());
-    if (have != wanted) {
+    if (!IndexesMatch(child, childEntry, parent, parentEntry, rows)) {
         log_.Add(FindingKind::RelationIndex, where);
     }
     if (parentEntry.real < parent.realIndexes.size() && !parent.realIndexes[parentEntry.real].Unique()) {

@@ -177,6 +177,7 @@ std::vector<SourceTable> CatalogSalvage::Tables() {
             table.intact = RepairDefinition(table.definition, table.name, losses_);
             tables.push_back(std::move(table));
         } catch (const Error& error) {
+            RequireDamage(error);
             losses_.Add("테이블 " + object.name + " 정의", error);
             losses_.Add("테이블 " + object.name,
                         "테이블을 잃음 (남아 있는 행 " + std::to_string(survey_.RowsOf(page)) + "개)");
@@ -185,43 +186,37 @@ std::vector<SourceTable> CatalogSalvage::Tables() {
         }
     }
     std::ranges::stable_sort(tables, text::NameLess, &SourceTable::name);
-    DropBrokenRelations(tables);
+    SettleRelations(tables);
     return tables;
 }
 
-/// Both sides of a relation name each other; one that has lost its other side is no relation.
-void CatalogSalvage::DropBrokenRelations(std::vector<SourceTable>& tables) {
-    std::map<PageNumber, SourceTable*> byPage;
-    for (SourceTable& table : tables) {
-        byPage[table.definition.page] = &table;
+void CatalogSalvage::SettleRelations(std::vector<SourceTable>& tables) {
+    RelationNames names;
+    for (const Object& object : objects_) {
+        names.Add(static_cast<ObjectType>(object.type), object.name);
     }
-    const auto isWhole = [&](const SourceTable& table, const LogicalIndex& index) {
-        const auto other = byPage.find(index.partnerPage);
-        return other != byPage.end() &&
-               std::ranges::any_of(
-                   other->second->definition.logicalIndexes, [&](const LogicalIndex& partner) {
-                       return partner.number == index.partner && partner.partner == index.number &&
-                              partner.partnerPage == table.definition.page &&
-                              partner.side != RelationSide::None && partner.side != index.side;
-                   });
-    };
-    for (bool found = true; found;) {
-        found = false;
-        for (SourceTable& table : tables) {
-            const auto broken =
-                std::ranges::find_if(table.definition.logicalIndexes, [&](const LogicalIndex& index) {
-                    return index.side != RelationSide::None && !isWhole(table, index);
-                });
-            if (broken != table.definition.logicalIndexes.end()) {
-                losses_.Add("테이블 " + table.name, "관계 " + broken->name + "의 다른 쪽이 없음");
-                brokenRelations_.insert(text::Lower(broken->name));
-                RemoveIndex(table.definition, broken->number);
-                table.intact = false;
-                changed_ = true;
-                found = true;
-            }
+    RelationSalvage relations(tables, losses_);
+    if (!relations.Settle(ReadRelationRows(), names)) {
+        brokenRelations_ = relations.Broken();
+        changed_ = true;
+    }
+}
+
+std::vector<RelationRow> CatalogSalvage::ReadRelationRows() {
+    LossLog told;  // once more when the rows are written
+    RowSalvage rows(source_, systemTables_[kRelations], kNames[kRelations],
+                    survey_.PagesOf(systemTables_[kRelations], kNames[kRelations], told), told);
+    std::vector<RelationRow> relations;
+    for (const RowPointer at : rows.Rows()) {
+        if (const std::optional<StoredFields> fields = rows.Read(at, false)) {
+            const auto text = [&](const char* column) { return Text(kRelations, *fields, column); };
+            const auto number = [&](const char* column) { return Number(kRelations, *fields, column); };
+            relations.push_back({text("szRelationship"), static_cast<std::uint32_t>(number("grbit")),
+                                 number("ccolumn"), number("icolumn"), text("szObject"), text("szColumn"),
+                                 text("szReferencedObject"), text("szReferencedColumn")});
         }
     }
+    return relations;
 }
 
 // ---- rows of the system tables

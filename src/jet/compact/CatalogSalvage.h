@@ -6,25 +6,19 @@
 #include <set>
 
 #include "jet/catalog/Catalog.h"
+#include "jet/compact/RelationSalvage.h"
 #include "jet/compact/TableCopy.h"
 #include "jet/compact/TableSalvage.h"
 #include "jet/storage/FileHeader.h"
 
 namespace tavrel::jet::compact {
 
-/// One table of the new database.
-struct SourceTable {
-    std::string name;
-    TableDefinition definition;  ///< as repaired
-    bool intact = true;          ///< the definition is that of the file
-};
-
 class CatalogSalvage {
   public:
     CatalogSalvage(SourcePages& source, const SourceSurvey& survey, const FileHeader& header,
                    std::vector<TableDefinition> systemTables, LossLog& losses);
 
-    /// The tables that can be made; relations that have lost a side are taken out of them.
+    /// The tables that can be made; relations that are not whole are taken out of them.
     [[nodiscard]] std::vector<SourceTable> Tables();
     /// True when the system tables cannot stay as they are.
     [[nodiscard]] bool Changed() const { return changed_; }
@@ -42,7 +36,8 @@ class CatalogSalvage {
     void ReadObjects();
     void FindNamelessTables();
     void ReadAces();
-    void DropBrokenRelations(std::vector<SourceTable>& tables);
+    void SettleRelations(std::vector<SourceTable>& tables);
+    [[nodiscard]] std::vector<RelationRow> ReadRelationRows();
     bool KeepObject(StoredFields& fields, const ObjectIds& ids, bool tell);
     [[nodiscard]] std::vector<StoredFields> MissingObjects(const ObjectIds& ids) const;
     [[nodiscard]] std::vector<StoredFields> MissingAces(const ObjectIds& ids) const;

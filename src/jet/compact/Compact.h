@@ -51,8 +51,8 @@ struct CompactReport {
 
 /// Writes a new database at `destination`, which must not exist; it is complete, on the medium and found
 /// sound by CheckDatabase when the call returns, and not there when it throws.  The source is not changed.
-/// Throws what opening throws, 3704 (open elsewhere), 3204 (destination exists), 3026 (disk full), 3428
-/// (beyond repair).
+/// Throws what opening throws, 3704 (open elsewhere), 3204 (destination exists), 3026 (disk full), 3040 (a
+/// page cannot be read from the disk), 3428 (beyond repair).
 CompactReport CompactDatabase(const std::string& source, const std::string& destination,
                               const CompactOptions& options = {});
 

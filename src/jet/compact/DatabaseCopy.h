@@ -19,7 +19,8 @@ struct CopyResult {
     std::vector<CompactedTable> tables;
 };
 
-/// Damage of the source: another way of reading may help.  Anything else, a full disk for one, is final.
+/// Damage of the source: another way of reading may help.  Anything else, a full disk or a page that the
+/// system does not give for two, is final.
 bool IsDamage(const Error& error);
 
 /// Copies everything and finishes the new database.  Throws 3428 when rows lie outside every table's maps and

@@ -5,6 +5,7 @@
 
 #include "jet/catalog/Catalog.h"
 #include "jet/catalog/NewSystemTables.h"
+#include "jet/compact/SourcePages.h"
 
 namespace tavrel::jet::compact {
 
@@ -207,7 +208,8 @@ TableDefinition SystemDefinition(Pager& pager, PageNumber page, std::uint16_t so
         if (intact) {
             return table;
         }
-    } catch (const Error&) {
+    } catch (const Error& error) {
+        RequireDamage(error);
         intact = false;
     }
     expected.page = page;

@@ -27,7 +27,8 @@ std::vector<bool> FreePages(Pager& pager) {
             for (const PageNumber page : ReadUsageMap(pager, {1, row}).pages) {
                 free[page] = true;
             }
-        } catch (const Error&) {
+        } catch (const Error& error) {
+            RequireDamage(error);
             // Nothing is known to be free then.
         }
     }

@@ -56,10 +56,12 @@ void RowSalvage::FindRows(PageNumber number, std::vector<RowPointer>& hidden) {
                     rows_.push_back(at);
                 }
             } catch (const Error& error) {
+                RequireDamage(error);
                 losses_.Add(Place(at), error);
             }
         }
     } catch (const Error& error) {
+        RequireDamage(error);
         losses_.Add("테이블 " + name_ + " 페이지 " + std::to_string(number), error);
     }
 }
@@ -82,8 +84,9 @@ std::optional<StoredFields> RowSalvage::Read(RowPointer at, bool tell) {
         }
         for (std::size_t place = 0; place < fields.size(); ++place) {
             try {
-                fields[place] = Value(row, place);
+                fields[place] = Value(row, place, at, tell);
             } catch (const Error& error) {
+                RequireDamage(error);
                 if (tell) {
                     losses_.Add(Place(at) + " 필드 " + table_.columns[place].name, error);
                 }
@@ -91,6 +94,7 @@ std::optional<StoredFields> RowSalvage::Read(RowPointer at, bool tell) {
         }
         return fields;
     } catch (const Error& error) {
+        RequireDamage(error);
         if (tell) {
             losses_.Add(Place(at), error);
         }
@@ -98,7 +102,7 @@ std::optional<StoredFields> RowSalvage::Read(RowPointer at, bool tell) {
     }
 }
 
-std::optional<ByteVector> RowSalvage::Value(const RowView& row, std::size_t place) {
+std::optional<ByteVector> RowSalvage::Value(const RowView& row, std::size_t place, RowPointer at, bool tell) {
     const Column& column = table_.columns[place];
     const std::optional<ByteView> value = row.Field(place);
     if (!value) {
@@ -116,11 +120,38 @@ std::optional<ByteVector> RowSalvage::Value(const RowView& row, std::size_t plac
         ThrowDamaged("긴 값이 파일보다 김");
     }
     longBudget_ -= length;
+    const bool whole = StoresItsLength(*value);
     ByteVector bytes = ReadLongValue(source_.Cache(), *value);
     if (column.type == ColumnType::Memo) {
         DecodeUnits(bytes);  // throws when it is no text
     }
+    if (tell && !whole) {
+        losses_.Add(Place(at) + " 필드 " + column.name, "긴 값의 길이가 저장된 것과 다름");
+    }
     return bytes;
+}
+
+/// True when as many bytes are stored as the descriptor says; more of them are cut off.  Throws 3428 for a
+/// chain that comes back to where it was: it would be read again and again until the length is reached.
+bool RowSalvage::StoresItsLength(ByteView descriptor) {
+    const std::uint32_t length = LongValueLength(descriptor);
+    const std::uint32_t kind = U32(descriptor, 0) & ~kLongLengthMask;
+    RowPointer at = RowPointer::FromU32(U32(descriptor, 4));
+    if (kind == kLongOneRow) {
+        const PageRef page = source_.Read(at.page);
+        return DataPageView(page).At(at.row).row.size() == length;
+    }
+    std::uint64_t stored = 0;
+    for (std::set<RowPointer> seen; kind == 0 && stored < length && at.ToU32() != 0;) {
+        if (!seen.insert(at).second) {
+            ThrowDamaged("긴 값의 사슬이 되돌아옴");
+        }
+        const PageRef page = source_.Read(at.page);
+        const ByteView part = DataPageView(page).At(at.row).row;
+        at = RowPointer::FromU32(U32(part, 0));
+        stored += part.size() - sizeof(std::uint32_t);
+    }
+    return kind != 0 || stored == length;
 }
 
 /// The value in the form that the engine gives it; throws when it can be none of the column.

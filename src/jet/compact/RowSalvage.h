@@ -25,7 +25,9 @@ class RowSalvage {
   private:
     void FindRows(PageNumber number, std::vector<RowPointer>& hidden);
     [[nodiscard]] ByteVector RowBytes(RowPointer at);
-    [[nodiscard]] std::optional<ByteVector> Value(const RowView& row, std::size_t place);
+    [[nodiscard]] std::optional<ByteVector> Value(const RowView& row, std::size_t place, RowPointer at,
+                                                  bool tell);
+    [[nodiscard]] bool StoresItsLength(ByteView descriptor);
     [[nodiscard]] ByteVector Checked(const Column& column, ByteView value);
 
     SourcePages& source_;

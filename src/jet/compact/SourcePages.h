@@ -8,6 +8,14 @@
 
 namespace tavrel::jet::compact {
 
+/// For handlers that go on after damage: a page that the system does not give is none.  What it holds would
+/// be given up, and the next attempt may read it.  Throws the error again when it is 3040.
+inline void RequireDamage(const Error& error) {
+    if (error.Number() == errors::kReadFault) {
+        throw Error(error);
+    }
+}
+
 /// An order-independent fingerprint of a set of rows, to tell that two sets are one.
 class RowTally {
   public:

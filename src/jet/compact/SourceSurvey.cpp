@@ -33,7 +33,8 @@ SourceSurvey::SourceSurvey(SourcePages& source)
             const PageRef page = source_.Read(number);
             types_[number] = page.Bytes()[0];
             owners_[number] = U32(page, 4);
-        } catch (const Error&) {
+        } catch (const Error& error) {
+            RequireDamage(error);
             types_[number] = 0xFF;  // cannot be read
         }
     }
@@ -51,11 +52,24 @@ std::vector<SourceSurvey::Entry> SourceSurvey::EntriesOn(const std::vector<PageN
                 const ByteView key = LeafKey(entry);
                 entries.push_back({ByteVector(key.begin(), key.end()), LeafRow(entry)});
             }
-        } catch (const Error&) {
+        } catch (const Error& error) {
+            RequireDamage(error);
             // The entries of that page are lost; its rows are not.
         }
     }
     return entries;
+}
+
+bool SourceSurvey::AnyIndexNames(const TableDefinition& table, std::uint64_t rows) const {
+    return std::ranges::any_of(table.realIndexes, [&](const RealIndex& index) {
+        try {
+            const auto pages = ReadUsageMap(source_.Cache(), index.map).pages;
+            return !index.IgnoreNulls() && EntriesOn(pages, table.page).size() == rows;
+        } catch (const Error& error) {
+            RequireDamage(error);
+            return false;  // a map that cannot be read says nothing of the rows
+        }
+    });
 }
 
 std::set<PageNumber> SourceSurvey::NamedByIndexes(PageNumber table) const {
@@ -115,7 +129,8 @@ std::vector<PageNumber> SourceSurvey::PagesOf(const TableDefinition& table, cons
     try {
         mapped = ReadUsageMap(source_.Cache(), table.ownedMap, kEveryPage).pages;
         DropPagesBehindEnd(*mapped, name, losses);
-    } catch (const Error&) {
+    } catch (const Error& error) {
+        RequireDamage(error);
         // Then the pages themselves tell.
     }
     const auto belongs = [&](PageNumber page) {

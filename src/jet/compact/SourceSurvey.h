@@ -1,6 +1,7 @@
 // What every page of a damaged database says of itself, so that rows are found even where the maps are wrong.
 #pragma once
 
+#include <algorithm>
 #include <set>
 #include <string>
 #include <vector>
@@ -20,6 +21,12 @@ class LossLog {
     void Append(LossLog&& other);
     [[nodiscard]] std::vector<CompactLoss> Take() { return std::move(losses_); }
     [[nodiscard]] std::size_t Count() const { return losses_.size(); }
+    /// True when something at that place, or at a part of it, has been told.
+    [[nodiscard]] bool TellsOf(std::string_view where) const {
+        return std::ranges::any_of(losses_, [where](const CompactLoss& loss) {
+            return loss.where == where || loss.where.starts_with(std::string(where) + " ");
+        });
+    }
 
   private:
     std::vector<CompactLoss> losses_;
@@ -39,6 +46,8 @@ class SourceSurvey {
     [[nodiscard]] std::vector<PageNumber> DefinitionPages() const;
     /// Number of live rows on the pages that say they belong to the table at a definition page.
     [[nodiscard]] std::uint64_t RowsOf(PageNumber table) const;
+    /// True when the entries of an index that has one for each row lead to that many.
+    [[nodiscard]] bool AnyIndexNames(const TableDefinition& table, std::uint64_t rows) const;
     /// The entries of all readable leaves among the pages.
     struct Entry {
         ByteVector key;

@@ -38,6 +38,13 @@ TableOutput::TableOutput(PageOutput& out, TableDefinition definition, PageNumber
         maps_ = &ownMaps_.emplace(out_, MapCount(definition_));
     }
     GiveMaps();
+    const auto counter = std::ranges::find_if(definition_.columns, [](const Column& column) {
+        return column.Autonumber() && column.type == ColumnType::Long;
+    });
+    if (counter != definition_.columns.end()) {
+        autonumber_ = static_cast<std::size_t>(counter - definition_.columns.begin());
+        shape_ = definition_.Shape();
+    }
     data_.emplace(out_, definition_.page);
 }
 
@@ -57,6 +64,21 @@ void TableOutput::GiveMaps() {
     firstIndexMap_ = map;
     for (RealIndex& index : definition_.realIndexes) {
         index.map = maps_->At(map++);
+    }
+}
+
+void TableOutput::NoteAutonumber(ByteView row) {
+    const std::optional<ByteView> field = RowView(shape_, row).Field(*autonumber_);
+    if (field && field->size() == 4) {
+        highestAutonumber_ = std::max(highestAutonumber_, U32(*field, 0));
+    }
+}
+
+/// Rows that were brought in with their numbers may stand above the last one that was given out.
+void TableOutput::RaiseAutonumber() {
+    constexpr std::uint32_t kNegative = 0x80000000;  // random numbers: there is no last one
+    if (highestAutonumber_ < kNegative) {
+        definition_.lastAutonumber = std::max(definition_.lastAutonumber, highestAutonumber_);
     }
 }
 
@@ -80,6 +102,7 @@ void TableOutput::FinishRows() {
         map += shares ? 2 : 1;
     }
     definition_.rowCount = rows_;
+    RaiseAutonumber();
     data_.reset();
     longValues_.clear();
 }

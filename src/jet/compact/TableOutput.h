@@ -29,6 +29,9 @@ class TableOutput {
 
     RowPointer Append(ByteView row) {
         ++rows_;
+        if (autonumber_) {
+            NoteAutonumber(row);
+        }
         return data_->Append(row);
     }
     /// Long values of a column (place in the definition).
@@ -44,6 +47,8 @@ class TableOutput {
 
   private:
     void GiveMaps();
+    void NoteAutonumber(ByteView row);
+    void RaiseAutonumber();
     void SetMaps(std::size_t map, const WrittenPages& pages, bool shares);
 
     PageOutput& out_;
@@ -55,6 +60,9 @@ class TableOutput {
     std::optional<RowsOutput> data_;
     std::map<std::size_t, LongValuesOutput> longValues_;  ///< by place
     std::uint32_t rows_ = 0;
+    std::optional<std::size_t> autonumber_;  ///< place of the column with running numbers
+    std::uint32_t highestAutonumber_ = 0;
+    RowShape shape_;
 };
 
 }  // namespace tavrel::jet::compact

@@ -113,7 +113,8 @@ void TableSalvage::ReadOldKeys(std::size_t index) {
         for (SourceSurvey::Entry& entry : survey_.EntriesOn(pages, table_.page)) {
             indexes_[index].oldKeys[entry.row.ToU32()] = std::move(entry.key);
         }
-    } catch (const Error&) {
+    } catch (const Error& error) {
+        RequireDamage(error);
         // No map, no keys.
     }
 }

@@ -1,7 +1,7 @@
 // Damage to the catalog: objects, permissions, properties, relations.
 #include "jet/check/DamageTest.h"
-#include "jet/engine/RowKeys.h"
 #include "jet/storage/DataPage.h"
+#include "jet/table/RowKeys.h"
 
 namespace tavrel::testing {
 namespace {

@@ -2,6 +2,7 @@
 #include <random>
 
 #include "CompactBench.h"
+#include "jet/check/SampleDatabase.h"
 #include "jet/compact/RowMap.h"
 #include "jet/index/IndexReader.h"
 #include "jet/storage/UsageMap.h"
@@ -214,6 +215,22 @@ TEST(CompactTest, ScratchNumbersSpill) {
     EXPECT_GT(file.Size(), 100'000U);
 }
 
+/// Accounts of a workgroup and rows that were brought in with their numbers are no damage.
+TEST(CompactTest, NotesAreNoLossesAndAutonumbersAreRaised) {
+    const TemporaryFolder folder;
+    SampleDatabase sample;
+    sample.At(sample.Value("MSysObjects", sample.ObjectRow("Tables"), "Owner")) ^= 1;
+    sample.Put(sample.Definition("parents") + 0x14, 4, 3);
+    WriteFile(folder.File("a.mdb"), sample.bytes);
+    const auto report = jet::CompactDatabase(folder.File("a.mdb"), folder.File("b.mdb"));
+    EXPECT_FALSE(report.repaired);
+    EXPECT_TRUE(report.losses.empty());
+    EXPECT_EQ(FindingsOf(folder.File("b.mdb")), "MSysObjects: Tables의 소유자가 엔진이 아님\n");
+    const auto database = OpenAny(folder.File("b.mdb"));
+    const auto* parents = database->Catalog().FindTable("parents");
+    EXPECT_EQ(database->Catalog().Definition(parents->DefinitionPage()).lastAutonumber, 20U);
+}
+
 // ---- refusals
 
 TEST(CompactTest, RefusalsLeaveEverythingAsItWas) {
@@ -299,6 +316,46 @@ TEST(CompactTest, EachWriteFailingInTurnIsTold) {
                 break;
             }
             ASSERT_EQ(error, told) << n;
+        }
+    }
+}
+
+/// A file of which the n-th read ends early, once.
+class EndingFile : public MemoryFile {
+  public:
+    EndingFile(FileBytes bytes, int& reads) : MemoryFile(std::move(bytes)), reads_(reads) {}
+    void ReadAt(std::uint64_t offset, std::span<std::uint8_t> out) override {
+        if (reads_-- == 0) {
+            throw MakeError(errors::kDeviceFault, {}, "파일의 끝");
+        }
+        MemoryFile::ReadAt(offset, out);
+    }
+
+  private:
+    int& reads_;
+};
+
+/// What the system does not give is not damage: nothing may be given up for it.
+TEST(CompactTest, EachReadThatEndsEarlyIsTold) {
+    SampleDatabase damaged;
+    damaged.At(damaged.Definition("parents")) = 8;
+    damaged.At(damaged.DataPage("children") + 2) ^= 1;
+    for (const FileBytes& bytes : {SampleDatabase::Sound(), damaged.bytes}) {
+        for (int n = 0;; ++n) {
+            int reads = n;
+            const auto compact = [&] {
+                const auto source =
+                    jet::Database::OpenFile(std::make_unique<EndingFile>(bytes, reads), "a.mdb",
+                                            {.password = {}, .checkPassword = true, .tolerant = true});
+                jet::CompactInto(
+                    *source, [] { return std::make_unique<MemoryFile>(); }, "new.mdb", kAnyPassword);
+            };
+            const std::int32_t error = ErrorOf(compact);
+            if (reads >= 0) {  // there were no more of them
+                EXPECT_GT(n, 30);
+                break;
+            }
+            ASSERT_EQ(error, errors::kReadFault) << n;
         }
     }
 }

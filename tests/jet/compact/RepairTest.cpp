@@ -2,6 +2,7 @@
 #include <iostream>
 
 #include "CompactBench.h"
+#include "jet/check/SampleDatabase.h"
 #include "jet/storage/UsageMap.h"
 #include "support/Corpus.h"
 #include "support/MemoryFile.h"
@@ -206,6 +207,82 @@ TEST(RepairTest, SingleDamages) {
         EXPECT_GE(std::ssize(report.losses), damage.memosLost);
     }
 }
+
+// ---- damage and exactly what it costs
+
+using S = SampleDatabase;
+
+std::size_t RelationAt(S& s, const char* column) {
+    return s.Value("MSysRelationships", 0, column);
+}
+
+/// The slot of the first row of a table gets other marks: 4 moved, 8 hidden, C deleted.
+void MarkFirstRow(S& s, const char* table, std::uint8_t marks) {
+    s.At(s.DataPage(table) + 0x0F) |= marks;
+}
+
+struct RepairCase {
+    const char* what;
+    void (*damage)(S& sample);
+    const char* losses;  ///< a line each
+    std::size_t parents = 20;
+    std::size_t children = 2000;
+};
+
+// clang-format off
+constexpr RepairCase kRepairCases[] = {
+    {"tail of the relation's row", [](S& s) { std::fill_n(s.bytes.begin() + static_cast<std::ptrdiff_t>(s.RowEnd("MSysRelationships", 0) - 23), 23, std::uint8_t{0xEE}); }, "관계 family: 관계의 행을 잃음\nMSysObjects: 개체 family을(를) 옮길 수 없음\nMSysACEs: 없는 개체 -2147483648의 행\nMSysACEs: 없는 개체 -2147483648의 행\nMSysACEs: 없는 개체 -2147483648의 행\n테이블 MSysRelationships 행 60:0: 행의 가변 열 수가 잘못됨\n"},
+    {"relation's row renamed", [](S& s) { s.Rename(RelationAt(s, "szRelationship"), "family", "fomily"); }, "관계 fomily: 행과 개체와 두 테이블의 인덱스가 서로 맞지 않음\n관계 family: 관계의 행을 잃음\nMSysObjects: 개체 family을(를) 옮길 수 없음\nMSysACEs: 없는 개체 -2147483648의 행\nMSysACEs: 없는 개체 -2147483648의 행\nMSysACEs: 없는 개체 -2147483648의 행\nMSysRelationships: 관계 fomily\n"},
+    {"relation's object of another kind", [](S& s) { s.At(s.Value("MSysObjects", s.ObjectRow("family"), "Type")) = 9; }, "관계 family: 행과 개체와 두 테이블의 인덱스가 서로 맞지 않음\nMSysRelationships: 관계 family\n"},
+    {"relation's column renamed", [](S& s) { s.Rename(RelationAt(s, "szColumn"), "ParentId", "PorentId"); }, "관계 family: 행과 개체와 두 테이블의 인덱스가 서로 맞지 않음\nMSysObjects: 개체 family을(를) 옮길 수 없음\nMSysACEs: 없는 개체 -2147483648의 행\nMSysACEs: 없는 개체 -2147483648의 행\nMSysACEs: 없는 개체 -2147483648의 행\nMSysRelationships: 관계 family\n"},
+    {"partner of an entry", [](S& s) { s.At(s.LogicalRecord("children", "family") + 0x0D) = 99; }, "관계 family: 행과 개체와 두 테이블의 인덱스가 서로 맞지 않음\nMSysObjects: 개체 family을(를) 옮길 수 없음\nMSysACEs: 없는 개체 -2147483648의 행\nMSysACEs: 없는 개체 -2147483648의 행\nMSysACEs: 없는 개체 -2147483648의 행\nMSysRelationships: 관계 family\n"},
+    {"definition of the parents", [](S& s) { s.At(s.Definition("parents")) = 8; }, "테이블 parents 정의: 페이지 16이(가) 테이블 정의가 아님\n테이블 parents: 테이블을 잃음 (남아 있는 행 20개)\n관계 family: 행과 개체와 두 테이블의 인덱스가 서로 맞지 않음\nMSysObjects: 개체 family을(를) 옮길 수 없음\nMSysACEs: 없는 개체 16의 행\nMSysACEs: 없는 개체 16의 행\nMSysACEs: 없는 개체 16의 행\nMSysACEs: 없는 개체 -2147483648의 행\nMSysACEs: 없는 개체 -2147483648의 행\nMSysACEs: 없는 개체 -2147483648의 행\nMSysRelationships: 관계 family\n", 0},
+    {"row deleted", [](S& s) { MarkFirstRow(s, "parents", 0xC0); }, "테이블 parents: 정의에 적힌 행 20개 중 19개만 있음\n", 19},
+    {"row hidden", [](S& s) { MarkFirstRow(s, "parents", 0x80); }, ""},
+    {"row points nowhere", [](S& s) { MarkFirstRow(s, "parents", 0x40); }, "테이블 parents 행 24:0: 옮겨진 행이 없음\n", 19},
+    {"root of a key", [](S& s) { s.At(s.Leaf("parents", "PrimaryKey")) = 1; }, ""},
+    {"key used twice", [](S& s) { s.At(s.Value("parents", 1, "Id")) = 1; }, "테이블 parents 행 24:1: 고유 인덱스에 같은 키의 행이 이미 있음\n", 19},
+    {"required value null", [](S& s) { s.At(s.RowEnd("children", 5) - 1) &= 0xFE; }, "테이블 children 행 33:5: 필수 인덱스의 값을 읽을 수 없음\n", 20, 1999},
+    {"length of a memo", [](S& s) { s.At(s.Value("children", 1, "Memo")) ^= 2; }, "테이블 children 행 33:1 필드 Memo: 긴 값의 길이가 저장된 것과 다름\n"},
+    {"chain of a memo in a circle", [](S& s) { const auto at = jet::RowPointer::FromU32(s.Get(s.Value("children", 0, "Memo") + 4, 4)); s.Put(s.Target(at), 4, at.ToU32()); }, "테이블 children 행 33:0 필드 Memo: 긴 값의 사슬이 되돌아옴\n"},
+    {"columns of a row", [](S& s) { s.At(s.Row("children", 5)) = 77; }, "테이블 children 행 33:5: 행의 가변 열 수가 잘못됨\n", 20, 1999},
+    {"map names a page behind the end", [](S& s) { s.MapBit(s.DefinitionOf("parents").ownedMap, 500, true); }, "테이블 parents: 파일 끝 뒤의 페이지 1개와 그 행을 잃음\n"},
+    {"name of an index twice", [](S& s) { s.Rename(s.Definition("children"), "family", "PRIMAR"); }, "관계 family: 행과 개체와 두 테이블의 인덱스가 서로 맞지 않음\n테이블 children: 관계 PRIMAR의 다른 쪽이 없음\nMSysObjects: 개체 family을(를) 옮길 수 없음\nMSysACEs: 없는 개체 -2147483648의 행\nMSysACEs: 없는 개체 -2147483648의 행\nMSysACEs: 없는 개체 -2147483648의 행\nMSysRelationships: 관계 family\n"},
+};
+// clang-format on
+
+class RepairCases : public ::testing::TestWithParam<RepairCase> {};
+
+TEST_P(RepairCases, LosesExactly) {
+    const RepairCase& it = GetParam();
+    const TemporaryFolder folder;
+    SampleDatabase sample;
+    it.damage(sample);
+    ASSERT_NE(sample.bytes, SampleDatabase::Sound());
+    WriteFile(folder.File("a.mdb"), sample.bytes);
+    const std::string result = folder.File("b.mdb");
+    const auto report = jet::CompactDatabase(folder.File("a.mdb"), result);
+    EXPECT_TRUE(report.repaired);
+    std::string losses;
+    for (const jet::CompactLoss& loss : report.losses) {
+        losses += loss.where + ": " + loss.text + "\n";
+    }
+    EXPECT_EQ(losses, it.losses);
+    EXPECT_EQ(FindingsOf(result), "");
+    const auto database = OpenAny(result);
+    const auto rowsOf = [&](const char* table) {
+        return database->Catalog().FindTable(table) == nullptr ? 0 : ReadRows(*database, table).size();
+    };
+    EXPECT_EQ(rowsOf("parents"), it.parents);
+    EXPECT_EQ(rowsOf("children"), it.children);
+}
+
+INSTANTIATE_TEST_SUITE_P(Cases, RepairCases, ::testing::ValuesIn(kRepairCases), [](const auto& info) {
+    std::string name = info.param.what;
+    std::ranges::replace_if(
+        name, [](char c) { return std::isalnum(static_cast<unsigned char>(c)) == 0; }, '_');
+    return name;
+});
 
 /// Whatever page the file ends at, it is refused, or what lay behind is told.
 TEST(RepairTest, CutOff) {
