@@ -100,8 +100,9 @@ ProgramResult Bench::Run(const std::string& environment, const std::vector<std::
     for (std::string& argument : arguments) {
         argument = argument.starts_with('@') ? Root() + argument.substr(1) : argument;
     }
-    return RunProgram(TAVREL_BIN_DIR "/tavrel-cli", arguments,
-                      "LD_PRELOAD='" TAVREL_FAULT_LIBRARY "' FAULTS_ROOT='" + Root() + "' " + environment);
+    return RunProgram(
+        ProgramFolder() + "/tavrel-cli", arguments,
+        "LD_PRELOAD='" TAVREL_FAULT_LIBRARY "' FAULTS_ROOT='" + folder_.File("files") + "' " + environment);
 }
 
 std::string Bench::StateOf(const std::string& name) const {
