@@ -38,7 +38,7 @@ constexpr StaticType kDate = ColumnType::Date;
 constexpr StaticType kShort = ColumnType::Integer;
 
 // NOW, DATE and TIME take no argument where they are written; the clock is handed to them.
-const Function kFunctions[] = {
+const Function kDateFunctions[] = {
     {"NOW", 0, 0, kDate, false, Now},
     {"DATE", 0, 0, kDate, false, Day},
     {"TIME", 0, 0, kDate, false, Time},
@@ -53,7 +53,7 @@ const Function kFunctions[] = {
 }  // namespace
 
 std::span<const Function> DateFunctions() {
-    return kFunctions;
+    return kDateFunctions;
 }
 
 }  // namespace tavrel::jet::sql

@@ -13,7 +13,7 @@ namespace tavrel::jet::sql {
 
 namespace {
 
-constexpr int kMostDecimals = 15;
+constexpr int kMostFormatDecimals = 15;
 
 std::string Padded(int number, std::size_t width) {
     const std::string digits = std::to_string(number);
@@ -104,7 +104,7 @@ NumberPattern ReadPattern(std::string_view pattern) {
         if (c == '0' || c == '#') {
             read.digits = true;
             read.leastWhole += !point && (c == '0' || read.leastWhole > 0) ? 1 : 0;
-            read.mostDecimals += point && read.mostDecimals < kMostDecimals ? 1 : 0;
+            read.mostDecimals += point && read.mostDecimals < kMostFormatDecimals ? 1 : 0;
             read.leastDecimals = point && c == '0' ? read.mostDecimals : read.leastDecimals;
         } else if (c == '.' && !point) {
             point = true;

@@ -127,7 +127,7 @@ void GenGuid(Arguments, Value& out) {
 constexpr StaticType kLong = ColumnType::Long;
 constexpr StaticType kDouble = ColumnType::Double;
 
-const Function kFunctions[] = {
+const Function kNumberFunctions[] = {
     {"VAL", 1, 1, kDouble, true, Val},
     {"STR", 1, 1, ColumnType::Text, true, Str},
     {"CSTR", 1, 1, ColumnType::Text, true, Convert<ColumnType::Memo>},
@@ -151,7 +151,7 @@ const Function kFunctions[] = {
 }  // namespace
 
 std::span<const Function> NumberFunctions() {
-    return kFunctions;
+    return kNumberFunctions;
 }
 
 }  // namespace tavrel::jet::sql

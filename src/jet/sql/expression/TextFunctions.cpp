@@ -130,7 +130,7 @@ void Format(Arguments arguments, Value& out) {
 constexpr StaticType kText = ColumnType::Text;
 constexpr StaticType kLong = ColumnType::Long;
 
-const Function kFunctions[] = {
+const Function kTextFunctions[] = {
     {"LEFT", 2, 2, kText, true, Left},
     {"RIGHT", 2, 2, kText, true, Right},
     {"MID", 2, 3, kText, true, Mid},
@@ -148,7 +148,7 @@ const Function kFunctions[] = {
 }  // namespace
 
 std::span<const Function> TextFunctions() {
-    return kFunctions;
+    return kTextFunctions;
 }
 
 }  // namespace tavrel::jet::sql
