@@ -62,6 +62,7 @@ Schema ReadSchema(jet::Database& database, const std::string& table) {
         return !IsOfEngine(name) && (table.empty() || text::EqualIgnoringCase(name, table));
     };
     Schema schema;
+    schema.sortOrder = database.Header().sortOrder;
     for (const jet::CatalogObject& object : database.Catalog().Objects()) {
         if (object.IsTable() && wanted(object.name)) {
             schema.tables.push_back(TableOf(database, object));

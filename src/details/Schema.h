@@ -37,7 +37,8 @@ struct Table {
 };
 
 struct Schema {
-    std::vector<Table> tables;  ///< the local ones, by name
+    std::uint16_t sortOrder = 0;  ///< of the database: names of new objects are entered by it
+    std::vector<Table> tables;    ///< the local ones, by name
     std::vector<jet::RelationInfo> relations;
     std::set<std::string>
         otherNames;  ///< of linked tables and queries, in upper case: no table can have them

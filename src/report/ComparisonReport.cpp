@@ -108,7 +108,7 @@ void WriteComparisonCsvFile(std::ostream& out, const compare::ComparisonResult& 
     WriteComparisonCsv(out, result);
 }
 
-void WriteComparisonJson(std::ostream& out, const compare::ComparisonResult& result) {
+void WriteComparisonJson(std::ostream& out, const compare::ComparisonResult& result, const Details* details) {
     JsonWriter json(out, JsonText::Utf8, JsonLayout::Indented);
     json.BeginObject();
     json.Member("a", result.PathA());
@@ -119,6 +119,10 @@ void WriteComparisonJson(std::ostream& out, const compare::ComparisonResult& res
     json.BeginArray();
     ForEachShownRow(result, [&](const compare::ResultRow& row) { WriteJsonRow(json, row); });
     json.EndArray();
+    if (details != nullptr) {
+        json.Key("details");
+        WriteDetailsJson(json, *details);
+    }
     json.EndObject();
     out << '\n';
 }

@@ -124,4 +124,14 @@ std::string HtmlText(std::string_view utf8) {
     return out;
 }
 
+void WriteHtmlHead(std::ostream& out, std::string_view title) {
+    out << "<!DOCTYPE html>\n<html lang=\"ko\">\n<head>\n<meta charset=\"utf-8\">\n"
+           "<meta http-equiv=\"Content-Security-Policy\" content=\"default-src 'none'; style-src "
+           "'unsafe-inline'; "
+           "script-src 'unsafe-inline'\">\n"
+           "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">\n"
+           "<meta name=\"generator\" content=\"Tavrel " TAVREL_VERSION "\">\n<title>"
+        << HtmlText(title) << "</title>\n<style>" << kHtmlStyle << "</style>\n</head>\n";
+}
+
 }  // namespace tavrel::report

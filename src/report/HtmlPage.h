@@ -1,6 +1,7 @@
 // What is the same in every HTML report: looks and behaviour.
 #pragma once
 
+#include <ostream>
 #include <string>
 #include <string_view>
 
@@ -10,6 +11,9 @@ namespace tavrel::report {
 extern const std::string_view kHtmlStyle;
 /// Content of the script element.
 extern const std::string_view kHtmlScript;
+
+/// The document as far as its head goes: what a page may load, its title, its style.
+void WriteHtmlHead(std::ostream& out, std::string_view title);
 
 /// Text for element content and quoted attribute values.
 std::string HtmlText(std::string_view utf8);

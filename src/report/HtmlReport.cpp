@@ -149,22 +149,11 @@ void WriteTools(std::ostream& out, bool onlyDifferences, int differences) {
         << (onlyDifferences ? " checked" : "") << "> 틀린 자료만 보기</label></div>\n";
 }
 
-void WriteHead(std::ostream& out) {
-    out << "<!DOCTYPE html>\n<html lang=\"ko\">\n<head>\n<meta charset=\"utf-8\">\n"
-           "<meta http-equiv=\"Content-Security-Policy\" content=\"default-src 'none'; style-src "
-           "'unsafe-inline'; "
-           "script-src 'unsafe-inline'\">\n"
-           "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">\n"
-           "<meta name=\"generator\" content=\"Tavrel " TAVREL_VERSION
-           "\">\n<title>DB 구조 비교</title>\n<style>"
-        << kHtmlStyle << "</style>\n</head>\n";
-}
-
 }  // namespace
 
-void WriteComparisonHtml(std::ostream& out, const compare::ComparisonResult& result) {
+void WriteComparisonHtml(std::ostream& out, const compare::ComparisonResult& result, const Details* details) {
     const bool onlyDifferences = AnyRowHidden(result);
-    WriteHead(out);
+    WriteHtmlHead(out, "DB 구조 비교");
     out << "<body" << (onlyDifferences ? " class=\"only\"" : "") << ">\n<header>\n<h1>DB 구조 비교</h1>\n<p>"
         << HtmlText(result.Message()) << "</p>\n";
     WriteTools(out, onlyDifferences, result.Differences());
@@ -175,6 +164,9 @@ void WriteComparisonHtml(std::ostream& out, const compare::ComparisonResult& res
         WritePart(out, result, first, last);
         first = last;
     } while (first < result.RowCount());
+    if (details != nullptr) {
+        WriteDetailsHtml(out, *details);
+    }
     out << "</main>\n<script>" << kHtmlScript << "</script>\n</body>\n</html>\n";
 }
 

@@ -4,11 +4,13 @@
 #include <ostream>
 
 #include "compare/ComparisonResult.h"
+#include "report/DetailsReport.h"
 
 namespace tavrel::report {
 
 /// The page.  All rows are in it; those that "differences only" hides are there behind the page's own switch,
-/// which then stands on.  Every text out of a database is escaped.
-void WriteComparisonHtml(std::ostream& out, const compare::ComparisonResult& result);
+/// which then stands on.  Details (not owned) follow below them.  Every text out of a database is escaped.
+void WriteComparisonHtml(std::ostream& out, const compare::ComparisonResult& result,
+                         const Details* details = nullptr);
 
 }  // namespace tavrel::report

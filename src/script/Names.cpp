@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 
+#include "jet/index/KeyEncoder.h"
 #include "jet/sql/syntax/Token.h"
 #include "jet/sql/syntax/TypeNames.h"
 #include "text/Case.h"
@@ -156,6 +157,10 @@ bool CanBeNamed(std::string_view name) {
            text::Utf8FromUtf16(units) == name && std::ranges::all_of(units, [](char16_t unit) {
                return unit >= u' ' && unit != 0x7F && kForbidden.find(unit) == kForbidden.npos;
            });
+}
+
+bool CanBeEntered(std::string_view name, std::uint16_t sortOrder) {
+    return CanBeNamed(name) && jet::EncodeTextKey(text::Utf16FromUtf8(name), sortOrder).has_value();
 }
 
 std::string Quoted(std::string_view name) {

@@ -132,6 +132,7 @@ details::Schema Reach(const details::Schema& a, const details::Schema& b, DataLo
     const Fixtures fixtures(a);
     const TableReach reach(fixtures, loss);
     details::Schema reached;
+    reached.sortOrder = a.sortOrder;
     reached.otherNames = a.otherNames;
     for (const auto& [ofA, ofB] : Match(a.tables, b.tables)) {
         if (ofA != nullptr && ofB != nullptr && !ofB->ofEngine) {
@@ -140,7 +141,7 @@ details::Schema Reach(const details::Schema& a, const details::Schema& b, DataLo
             if (loss == DataLoss::Refused || fixtures.Fixed(*ofA) || ofB != nullptr) {
                 reached.tables.push_back(*ofA);
             }
-        } else if (CanBeNamed(ofB->name) && !ofB->ofEngine &&
+        } else if (CanBeEntered(ofB->name, a.sortOrder) && !ofB->ofEngine &&
                    FindNamed(reached.tables, ofB->name) == nullptr &&
                    !a.otherNames.contains(text::Upper(ofB->name))) {
             Table table = TableReach::New(*ofB);

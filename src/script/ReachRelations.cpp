@@ -121,8 +121,8 @@ class RelationReach {
     [[nodiscard]] std::optional<RelationInfo> Made(const RelationInfo& wanted) const {
         const Table* child = FindNamed(reached_.tables, wanted.table);
         const Table* parent = FindNamed(reached_.tables, wanted.referencedTable);
-        if (!wanted.enforced || !CanBeNamed(wanted.name) || !IsOpen(child) || !IsOpen(parent) ||
-            wanted.columns.empty() || !HasKeyOver(*parent, wanted.referencedColumns)) {
+        if (!wanted.enforced || !CanBeEntered(wanted.name, a_.sortOrder) || !IsOpen(child) ||
+            !IsOpen(parent) || wanted.columns.empty() || !HasKeyOver(*parent, wanted.referencedColumns)) {
             return std::nullopt;
         }
         for (std::size_t i = 0; i < wanted.columns.size(); ++i) {

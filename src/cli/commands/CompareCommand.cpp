@@ -6,8 +6,11 @@
 #include "cli/Output.h"
 #include "cli/ProductOption.h"
 #include "cli/TerminalProgress.h"
+#include "cli/commands/CompareMany.h"
 #include "compare/Headless.h"
 #include "compare/SchemaSnapshot.h"
+#include "details/ReadSchema.h"
+#include "platform/FileSystem.h"
 #include "report/ComparisonReport.h"
 #include "report/HtmlReport.h"
 
@@ -23,8 +26,10 @@ class CompareCommand : public Command {
     }
 
     void Declare(CLI::App& app) override {
-        AddText(app, "A", request_.a.path, "", "DB A 파일(.mdb)")->required();
-        AddText(app, "B", request_.b.path, "", "DB B 파일(.mdb)")->required();
+        AddText(app, "A", request_.a.path, "", "DB A 파일(.mdb). 여러 파일을 비교할 때의 기준")->required();
+        AddText(app, "B", request_.b.path, "", "DB B 파일(.mdb), 또는 .mdb 파일이 든 폴더")->required();
+        app.add_option("FILE", others_, "기준 A와 비교할 다른 파일과 폴더. 파일마다 한 줄로 보여 줌")
+            ->type_name("");
         AddText(app, "--password-a", request_.a.password, "암호", "DB A의 암호");
         AddText(app, "--password-b", request_.b.password, "암호", "DB B의 암호");
         AddText(app, "--table-a", request_.a.table, "테이블", "DB A에서 이 테이블만");
@@ -33,11 +38,16 @@ class CompareCommand : public Command {
         AddFlag(app, "--both-only", request_.bothOnly, "한쪽만 존재하는 필드 제외");
         AddFlag(app, "--index-only", request_.indexOnly, "인덱스만 비교");
         AddFlag(app, "--only-differences", request_.onlyDifferences, "틀린 자료만 보기");
+        AddFlag(app, "--details", details_, "인덱스와 관계를 세부까지 비교");
         AddFormat(app, format_, {"text", "csv", "json", "html"});
-        AddText(app, "-o,--output", output_, "파일", "결과를 이 파일에 씀(끝까지 써야 파일이 생김)");
+        AddText(app, "-o,--output", output_, "파일",
+                "결과를 이 파일에 씀(끝까지 써야 파일이 생김). 여러 파일의 html은 폴더에");
     }
 
     ExitCode Run() override {
+        if (!others_.empty() || platform::FolderExists(request_.b.path)) {
+            return RunMany();
+        }
         RefuseToOverwriteInput();
         KeptMessages messages;
         const std::optional<compare::ComparisonResult> result = Compare(messages);
@@ -47,11 +57,34 @@ class CompareCommand : public Command {
         }
         messages.ComplainOfAllButLast();  // the last one is the result, which is in the report
         WarnOfUnknownTables(*result);
-        Report(*result);
-        return result->Differences() == 0 ? ExitCode::Done : ExitCode::Found;
+        std::optional<report::Details> details;
+        if (details_) {
+            details = DetailsOf(*result);
+        }
+        Report(*result, details ? &*details : nullptr);
+        const bool equal = result->Differences() == 0 && (!details || details->empty());
+        return equal ? ExitCode::Done : ExitCode::Found;
     }
 
   private:
+    ExitCode RunMany() {
+        ManyOptions options{.request = {.compare = request_, .files = {request_.b.path}, .details = details_},
+                            .format = format_,
+                            .output = output_};
+        options.request.files.insert(options.request.files.end(), others_.begin(), others_.end());
+        return CompareMany(options);
+    }
+
+    /// The files that were compared, which may be working copies.
+    [[nodiscard]] report::Details DetailsOf(const compare::ComparisonResult& result) const {
+        const auto read = [](std::string_view path, const compare::DatabaseChoice& side) {
+            return details::ReadSchema(std::string(path), side.password, side.table);
+        };
+        return details::BeyondMarks(
+            details::Compare(read(result.PathA(), request_.a), read(result.PathB(), request_.b)),
+            !request_.indexOnly);
+    }
+
     void RefuseToOverwriteInput() const {
         if (!output_.empty() &&
             (IsSameFile(output_, request_.a.path) || IsSameFile(output_, request_.b.path))) {
@@ -80,30 +113,38 @@ class CompareCommand : public Command {
         }
     }
 
-    void Report(const compare::ComparisonResult& result) const {
+    void Report(const compare::ComparisonResult& result, const report::Details* details) const {
         if (output_.empty()) {
-            Write(StandardOutput(), result, StyleOfStandardOutput());
+            Write(StandardOutput(), result, details, StyleOfStandardOutput());
             return;
         }
         ReportFile file(output_);
-        Write(file.Stream(), result, {});
+        Write(file.Stream(), result, details, {});
         file.Commit();
     }
 
-    void Write(std::ostream& out, const compare::ComparisonResult& result,
+    void Write(std::ostream& out, const compare::ComparisonResult& result, const report::Details* details,
                const report::TextStyle& style) const {
         if (format_ == "csv") {
             (output_.empty() ? report::WriteComparisonCsv : report::WriteComparisonCsvFile)(out, result);
+            if (details != nullptr) {
+                report::WriteDetailsCsv(out, *details);
+            }
         } else if (format_ == "json") {
-            report::WriteComparisonJson(out, result);
+            report::WriteComparisonJson(out, result, details);
         } else if (format_ == "html") {
-            report::WriteComparisonHtml(out, result);
+            report::WriteComparisonHtml(out, result, details);
         } else {
             report::WriteComparisonText(out, result, style);
+            if (details != nullptr) {
+                report::WriteDetailsText(out, *details, style);
+            }
         }
     }
 
     compare::CompareRequest request_;
+    std::vector<std::string> others_;
+    bool details_ = false;
     std::string format_ = "text";
     std::string output_;
 };

@@ -240,7 +240,8 @@ bool SameBytes(const Column& old, const Column& fresh) {
     switch (old.type) {
         case ColumnType::Text:
         case ColumnType::Binary:
-            return fresh.length >= old.length;
+            // What lies in the fixed part of a row has its neighbour right behind it.
+            return fresh.Fixed() ? fresh.length == old.length : fresh.length >= old.length;
         case ColumnType::Numeric:
             return old.scale == fresh.scale && fresh.precision >= old.precision;
         default:

@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <list>
 #include <map>
+#include <mutex>
 
 #include "jet/storage/Bytes.h"
 
@@ -19,6 +20,12 @@ struct HeldFile {
     std::filesystem::path path;
     std::list<View*> views;
 };
+
+/// One at a time: threads with databases of their own may hold and look for files all the same.
+std::mutex& HeldFilesInUse() {
+    static std::mutex inUse;
+    return inUse;
+}
 
 /// Files that are held; those that are gone are taken out when the next one comes.
 std::list<std::weak_ptr<HeldFile>>& HeldFiles() {
@@ -117,12 +124,14 @@ std::unique_ptr<platform::File> ShareWithReaders(std::unique_ptr<platform::File>
     auto held = std::make_shared<HeldFile>();
     held->file = std::move(file);
     held->path = std::filesystem::absolute(PathOf(path));
+    const std::lock_guard<std::mutex> lock(HeldFilesInUse());
     HeldFiles().remove_if([](const std::weak_ptr<HeldFile>& other) { return other.expired(); });
     HeldFiles().push_back(held);
     return std::make_unique<SharedFile>(std::move(held));
 }
 
 std::unique_ptr<platform::File> OpenView(const std::string& path) {
+    const std::lock_guard<std::mutex> lock(HeldFilesInUse());
     for (const std::weak_ptr<HeldFile>& known : HeldFiles()) {
         std::error_code gone;  // a file that is there under neither name is not the same one
         std::shared_ptr<HeldFile> held = known.lock();
