@@ -26,6 +26,10 @@ bool Same(const Thing& a, const Thing& b) {
     return DifferingAspects(details::FactsOf(a), details::FactsOf(b)).empty();
 }
 
+bool IsCounter(const Column& column) {
+    return column.type == jet::ColumnType::Long && column.autonumber;
+}
+
 std::string RowsInWords(std::uint64_t rows) {
     return std::to_string(rows) + "개";
 }
@@ -118,6 +122,20 @@ class StepMaker {
         Add(std::move(step));
     }
 
+    /// A table counts by one column: one that goes stops doing so before another begins.
+    void StopCounting(const Table& old, const std::vector<std::pair<const Column*, const Column*>>& columns) {
+        const bool another = std::ranges::any_of(
+            columns, [](const auto& pair) { return pair.first == nullptr && IsCounter(*pair.second); });
+        for (const auto& [from, to] : columns) {
+            if (another && to == nullptr && IsCounter(*from)) {
+                Column plain = *from;
+                plain.autonumber = false;
+                Add({"필드 " + old.name + "." + from->name + ": 다른 필드가 일련 번호를 이어받습니다.",
+                     AlterColumn(old.name, *from, plain)});
+            }
+        }
+    }
+
     /// What is added comes before what goes: a table is never without columns.
     void ChangeColumns(const Table& old, const Table& fresh) {
         const auto columns = Match(old.columns, fresh.columns);
@@ -126,6 +144,7 @@ class StepMaker {
                 Add({ReasonToAlter(old.name, *from, *to), AlterColumn(old.name, *from, *to)});
             }
         }
+        StopCounting(old, columns);
         for (const auto& [from, to] : columns) {
             if (from == nullptr) {
                 Add({"필드 " + old.name + "." + to->name + ": B에만 있어 더합니다.",
