@@ -128,19 +128,19 @@ void Format(Arguments arguments, Value& out) {
 }
 
 constexpr StaticType kText = ColumnType::Text;
-constexpr StaticType kLong = ColumnType::Long;
+constexpr StaticType kLongResult = ColumnType::Long;
 
 const Function kTextFunctions[] = {
     {"LEFT", 2, 2, kText, true, Left},
     {"RIGHT", 2, 2, kText, true, Right},
     {"MID", 2, 3, kText, true, Mid},
-    {"LEN", 1, 1, kLong, true, Len},
+    {"LEN", 1, 1, kLongResult, true, Len},
     {"TRIM", 1, 1, kText, true, Trim},
     {"LTRIM", 1, 1, kText, true, LeftTrim},
     {"RTRIM", 1, 1, kText, true, RightTrim},
     {"UCASE", 1, 1, kText, true, UpperCase},
     {"LCASE", 1, 1, kText, true, LowerCase},
-    {"INSTR", 2, 3, kLong, true, InStr},
+    {"INSTR", 2, 3, kLongResult, true, InStr},
     {"ISNUMERIC", 1, 1, ColumnType::Integer, false, IsNumeric},
     {"FORMAT", 1, 2, kText, true, Format},
 };
