@@ -129,6 +129,20 @@ std::size_t MaskBytes(const RowShape& shape) {
     return (shape.ColumnNumbers() + 7) / 8;
 }
 
+/// Throws 3428 for a definition whose columns have no place in a row of its own, or another length than their
+/// values: such a row must not be written.
+void RequirePlaces(const RowShape& shape, const std::vector<std::optional<ByteVector>>& fields) {
+    for (std::size_t i = 0; i < fields.size(); ++i) {
+        const ColumnPlace& column = shape.Columns()[i];
+        const bool lengthFits =
+            !column.fixed || !fields[i] || fields[i]->size() == (column.boolean ? 1U : column.length);
+        if (column.number >= shape.ColumnNumbers() || !lengthFits ||
+            (!column.fixed && column.variableIndex >= shape.VariableNumbers())) {
+            ThrowDamaged("열 " + std::to_string(column.number) + "의 정의가 잘못됨");
+        }
+    }
+}
+
 /// A bit for each column that is not null; of a Boolean its value.
 void AppendMask(const RowShape& shape, const std::vector<std::optional<ByteVector>>& fields,
                 ByteVector& row) {
@@ -178,6 +192,7 @@ void AppendVariablePart(const RowShape& shape, const std::vector<std::optional<B
 }  // namespace
 
 ByteVector BuildRow(const RowShape& shape, const std::vector<std::optional<ByteVector>>& fields) {
+    RequirePlaces(shape, fields);
     ByteVector row(2 + shape.FixedBytes(), 0);
     PutU16(row, 0, static_cast<std::uint16_t>(shape.ColumnNumbers()));
     for (std::size_t i = 0; i < fields.size(); ++i) {

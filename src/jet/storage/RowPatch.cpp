@@ -74,7 +74,7 @@ class Patch {
             const ColumnPlace& place = PlaceOf(field);
             if (place.fixed && !place.boolean && field.bytes != nullptr) {
                 const std::size_t at = start_ + 2 + place.offset;
-                if (at + place.length > out_.size()) {
+                if (at + place.length > out_.size() || field.bytes->size() != place.length) {
                     ThrowDamaged("행의 고정 부분이 너무 짧음");
                 }
                 std::copy_n(field.bytes->begin(), place.length,
@@ -152,8 +152,12 @@ bool FitsInPlace(const RowShape& shape, const RowView& row, std::span<const Fiel
     const std::size_t end = std::min(FixedEnd(row), row.OffsetTable());
     return std::ranges::all_of(fields, [&](const FieldBytes& field) {
         const ColumnPlace& place = shape.Columns()[field.place];
-        const bool inside = place.boolean || 2 + std::size_t{place.offset} + place.length <= end;
-        return place.fixed && field.bytes != nullptr && place.number < row.ColumnCount() && inside;
+        if (!place.fixed || field.bytes == nullptr) {
+            return false;
+        }
+        const bool inside = place.boolean || (2 + std::size_t{place.offset} + place.length <= end &&
+                                              field.bytes->size() == place.length);
+        return place.number < row.ColumnCount() && inside;
     });
 }
 

@@ -117,6 +117,18 @@ TEST(RowLayoutTest, ImpossibleRowsAreRefused) {
     EXPECT_EQ(Read(far, {1, 0, 1, 2, 3, 4, 0}), Fields{std::nullopt});  // a null is nowhere
 }
 
+/// A definition from a damaged file never makes a row that is written behind its end.
+TEST(RowLayoutTest, ColumnsWithoutAPlaceAreRefused) {
+    const std::pair<RowShape, ByteVector> cases[] = {
+        {RowShape({Fixed(3000, 0, 0, 4)}, 1, 0), ByteVector(4)},  // bit behind the mask
+        {RowShape({Variable(3000, 0)}, 1, 1), ByteVector(4)},
+        {RowShape({Variable(0, 3000)}, 1, 1), ByteVector(4)},      // behind the offsets
+        {RowShape({Fixed(0, 0, 0, 3000)}, 1, 0), ByteVector(4)}};  // longer than its value
+    for (const auto& [shape, value] : cases) {
+        EXPECT_EQ(ErrorOf([&, &its = shape, &bytes = value] { BuildRow(its, {bytes}); }), errors::kDamaged);
+    }
+}
+
 TEST(RowLayoutTest, ARowFillsAPageAtMost) {
     const RowShape shape({Variable(0, 0)}, 1, 1);
     constexpr std::size_t kAround = 2 + 2 + 2 + 2 + 1;  // count, end, offset, number, mask
