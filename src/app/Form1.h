@@ -21,6 +21,7 @@
 namespace tavrel::app {
 
 struct ReportFormatLine;
+struct ScriptLine;
 
 /// What the window gets from outside.  Nothing is owned; what is pointed to must outlive the window.
 struct FormServices {
@@ -76,6 +77,7 @@ class Form1 : public QWidget {
     void Remember(Remembered entry, const std::string& value);
     void OpenDatabase(const std::string& path);
     void ShowGridMenu(const QPoint& place);
+    void SaveScriptOf(const ScriptLine& direction);
     void SaveListing(const ReportFormatLine& format);
     [[nodiscard]] std::string PathOf(int index) const;
 

@@ -141,12 +141,23 @@ void Form1::cmdCompact_Click(int index) {
 
 void Form1::ShowGridMenu(const QPoint& place) {
     GridView& view = controls_.Grid();
-    GridMenuActions actions = {
-        .copy = [&view] { view.CopySelection(); }, .selectAll = [&view] { view.selectAll(); }, .save = {}};
+    GridMenuActions actions = {.copy = [&view] { view.CopySelection(); },
+                               .selectAll = [&view] { view.selectAll(); },
+                               .save = {},
+                               .script = {}};
     if (run_.IsListed()) {
         actions.save = [this](const ReportFormatLine& format) { SaveListing(format); };
+        actions.script = [this](const ScriptLine& direction) { SaveScriptOf(direction); };
     }
     MakeGridMenu(view, grid_.RowCount() > 0, actions)->exec(place);
+}
+
+void Form1::SaveScriptOf(const ScriptLine& direction) {
+    const compare::ComparisonResult result(grid_, run_.Differences());
+    const std::string folder = PathOf(0).empty() ? ProgramFolder() : FolderOf(PathOf(0));
+    SaveScript({{{std::string(result.PathA()), workbench_.txtPwd[0]->Text()},
+                 {std::string(result.PathB()), workbench_.txtPwd[1]->Text()}}},
+               direction, folder, files_, messages_);
 }
 
 void Form1::SaveListing(const ReportFormatLine& format) {

@@ -29,6 +29,12 @@ std::unique_ptr<QMenu> MakeGridMenu(QWidget& parent, bool filled, const GridMenu
                                          [save = actions.save, &format] { save(format); });
         added->setEnabled(filled && actions.save);
     }
+    menu->addSeparator();
+    for (const ScriptLine& direction : ScriptDirections()) {
+        QAction* added = menu->addAction(QString::fromUtf8(direction.command),
+                                         [script = actions.script, &direction] { script(direction); });
+        added->setEnabled(filled && actions.script);
+    }
     return menu;
 }
 

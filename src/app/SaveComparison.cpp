@@ -42,6 +42,18 @@ std::span<const ReportFormatLine> ReportFormats() {
     return kFormats;
 }
 
+bool SaveBytes(const std::string& path, const std::string& bytes, platform::MessageBox& messages) {
+    QSaveFile file(ToQt(path));
+    const bool saved =
+        file.open(QIODevice::WriteOnly) &&
+        file.write(bytes.data(), static_cast<qint64>(bytes.size())) == static_cast<qint64>(bytes.size()) &&
+        file.commit();
+    if (!saved) {
+        messages.Say(kFailed + path + "\r\n" + FromQt(file.errorString()));
+    }
+    return saved;
+}
+
 void SaveComparison(const compare::ComparisonResult& result, const ReportFormatLine& format,
                     const std::string& folder, FileChooser& files, platform::MessageBox& messages) {
     const std::string chosen =
@@ -50,17 +62,9 @@ void SaveComparison(const compare::ComparisonResult& result, const ReportFormatL
         return;
     }
     // A name without suffix gets none here: the dialog has asked about overwriting the name as it is.
-    QSaveFile file(ToQt(chosen));
     std::ostringstream text;
     Write(text, result, format.format);
-    const std::string bytes = std::move(text).str();
-    const bool saved =
-        file.open(QIODevice::WriteOnly) &&
-        file.write(bytes.data(), static_cast<qint64>(bytes.size())) == static_cast<qint64>(bytes.size()) &&
-        file.commit();
-    if (!saved) {
-        messages.Say(kFailed + chosen + "\r\n" + FromQt(file.errorString()));
-    }
+    SaveBytes(chosen, std::move(text).str(), messages);
 }
 
 }  // namespace tavrel::app

@@ -22,6 +22,9 @@ struct ReportFormatLine {
 /// In menu order.
 std::span<const ReportFormatLine> ReportFormats();
 
+/// Writes a file whole or not at all; false when that fails, a message box having said why.
+bool SaveBytes(const std::string& path, const std::string& bytes, platform::MessageBox& messages);
+
 /// Asks for a name and writes the comparison there, whole or not at all.  A failure is told in a message box.
 /// `folder` is where the dialog begins.
 void SaveComparison(const compare::ComparisonResult& result, const ReportFormatLine& format,

@@ -108,7 +108,7 @@ void WriteComparisonCsvFile(std::ostream& out, const compare::ComparisonResult& 
     WriteComparisonCsv(out, result);
 }
 
-void WriteComparisonJson(std::ostream& out, const compare::ComparisonResult& result, const Details* details) {
+void WriteDetailedJson(std::ostream& out, const compare::ComparisonResult& result, const Details* details) {
     JsonWriter json(out, JsonText::Utf8, JsonLayout::Indented);
     json.BeginObject();
     json.Member("a", result.PathA());
@@ -125,6 +125,10 @@ void WriteComparisonJson(std::ostream& out, const compare::ComparisonResult& res
     }
     json.EndObject();
     out << '\n';
+}
+
+void WriteComparisonJson(std::ostream& out, const compare::ComparisonResult& result) {
+    WriteDetailedJson(out, result, nullptr);
 }
 
 }  // namespace tavrel::report

@@ -22,9 +22,10 @@ void WriteComparisonCsv(std::ostream& out, const compare::ComparisonResult& resu
 void WriteComparisonCsvFile(std::ostream& out, const compare::ComparisonResult& result);
 
 /// {"a", "b", "differences", "message", "rows": [{"mark", "a": {…}|null, "b": {…}|null, "red": […], "blue"},
-/// …]}, a row a line, in grid order; with details (not owned) "details": […] behind the rows.
-void WriteComparisonJson(std::ostream& out, const compare::ComparisonResult& result,
-                         const Details* details = nullptr);
+/// …]}, a row a line, in grid order.
+void WriteComparisonJson(std::ostream& out, const compare::ComparisonResult& result);
+/// The same; with details (not owned) "details": […] stands behind the rows.
+void WriteDetailedJson(std::ostream& out, const compare::ComparisonResult& result, const Details* details);
 
 /// What is different in a row, in words: "다름: Type, Size", "B에만 있음"; empty for a row without mark.
 std::string DifferenceInWords(const compare::ResultRow& row);

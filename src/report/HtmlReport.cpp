@@ -151,7 +151,7 @@ void WriteTools(std::ostream& out, bool onlyDifferences, int differences) {
 
 }  // namespace
 
-void WriteComparisonHtml(std::ostream& out, const compare::ComparisonResult& result, const Details* details) {
+void WriteDetailedHtml(std::ostream& out, const compare::ComparisonResult& result, const Details* details) {
     const bool onlyDifferences = AnyRowHidden(result);
     WriteHtmlHead(out, "DB 구조 비교");
     out << "<body" << (onlyDifferences ? " class=\"only\"" : "") << ">\n<header>\n<h1>DB 구조 비교</h1>\n<p>"
@@ -168,6 +168,10 @@ void WriteComparisonHtml(std::ostream& out, const compare::ComparisonResult& res
         WriteDetailsHtml(out, *details);
     }
     out << "</main>\n<script>" << kHtmlScript << "</script>\n</body>\n</html>\n";
+}
+
+void WriteComparisonHtml(std::ostream& out, const compare::ComparisonResult& result) {
+    WriteDetailedHtml(out, result, nullptr);
 }
 
 }  // namespace tavrel::report

@@ -9,8 +9,9 @@
 namespace tavrel::report {
 
 /// The page.  All rows are in it; those that "differences only" hides are there behind the page's own switch,
-/// which then stands on.  Details (not owned) follow below them.  Every text out of a database is escaped.
-void WriteComparisonHtml(std::ostream& out, const compare::ComparisonResult& result,
-                         const Details* details = nullptr);
+/// which then stands on.  Every text out of a database is escaped.
+void WriteComparisonHtml(std::ostream& out, const compare::ComparisonResult& result);
+/// The same; details (not owned) follow below the rows.
+void WriteDetailedHtml(std::ostream& out, const compare::ComparisonResult& result, const Details* details);
 
 }  // namespace tavrel::report

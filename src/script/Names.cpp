@@ -149,11 +149,25 @@ bool IsBareUnit(char16_t unit) {
     return IsAsciiLetter(unit) || IsHangul(unit) || unit == u'_' || (unit >= u'0' && unit <= u'9');
 }
 
+/// No half of a pair alone: a script is UTF-8, which cannot hold one.
+bool IsWhole(std::u16string_view units) {
+    for (std::size_t i = 0; i < units.size(); ++i) {
+        const bool high = units[i] >= 0xD800 && units[i] < 0xDC00;
+        const bool low = units[i] >= 0xDC00 && units[i] < 0xE000;
+        const bool paired = high && i + 1 < units.size() && units[i + 1] >= 0xDC00 && units[i + 1] < 0xE000;
+        if (low || (high && !paired)) {
+            return false;
+        }
+        i += paired ? 1 : 0;
+    }
+    return true;
+}
+
 }  // namespace
 
 bool CanBeNamed(std::string_view name) {
     const std::u16string units = text::Utf16FromUtf8(name);
-    return !units.empty() && units.size() <= kMaxUnits && units.front() != u' ' &&
+    return !units.empty() && units.size() <= kMaxUnits && units.front() != u' ' && IsWhole(units) &&
            text::Utf8FromUtf16(units) == name && std::ranges::all_of(units, [](char16_t unit) {
                return unit >= u' ' && unit != 0x7F && kForbidden.find(unit) == kForbidden.npos;
            });

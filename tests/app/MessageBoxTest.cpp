@@ -109,14 +109,16 @@ TEST_F(MessageBoxes, TheToolkitSpeaksKorean) {
 
 TEST_F(MessageBoxes, TheGridsMenuOffersCopyingAndSaving) {
     std::vector<std::string> done;
-    const GridMenuActions actions = {.copy = [&] { done.emplace_back("copy"); },
-                                     .selectAll = [&] { done.emplace_back("all"); },
-                                     .save = [&](const ReportFormatLine& f) { done.emplace_back(f.suffix); }};
+    const GridMenuActions actions = {
+        .copy = [&] { done.emplace_back("copy"); },
+        .selectAll = [&] { done.emplace_back("all"); },
+        .save = [&](const ReportFormatLine& f) { done.emplace_back(f.suffix); },
+        .script = [&](const ScriptLine& d) { done.push_back("from " + std::to_string(d.from)); }};
     const auto menu = MakeGridMenu(window, true, actions);
     for (QAction* action : menu->actions()) {
         action->trigger();
     }
-    EXPECT_EQ(done, (std::vector<std::string>{"copy", "all", ".html", ".csv", ".json"}));
+    EXPECT_EQ(done, (std::vector<std::string>{"copy", "all", ".html", ".csv", ".json", "from 0", "from 1"}));
     done.clear();
     const auto empty = MakeGridMenu(window, false, actions);
     for (QAction* action : empty->actions()) {

@@ -1,4 +1,6 @@
 // The compare run at the window: what is seen while it works, what is saved afterwards.
+#include <array>
+#include <filesystem>
 #include <fstream>
 #include <sstream>
 
@@ -7,6 +9,7 @@
 
 #include "app/FormFixture.h"
 #include "app/SaveComparison.h"
+#include "app/SaveScript.h"
 #include "support/RunProgram.h"
 #include "support/TemporaryFolder.h"
 
@@ -108,6 +111,29 @@ TEST_F(Run, ShowsTheMessageFieldWhileCopiesAreMade) {
     Click("cmdComp");
     EXPECT_FALSE(Find<QLineEdit>("maketb").isVisible());
     EXPECT_EQ(field.painted, 1);
+}
+
+TEST_F(Run, SavesTheSqlFromOneSideToTheOther) {
+    OpenWithDatabases();
+    QTest::keyClick(&Path(0), Qt::Key_F5);
+    const compare::ComparisonResult result(form_->Grid(), 0);
+    const std::array<ScriptSide, 2> sides = {
+        {{std::string(result.PathA()), ""}, {std::string(result.PathB()), ""}}};
+    for (const ScriptLine& direction : ScriptDirections()) {
+        messages.Texts();
+        files.answer = folder.File("바꿈.sql");
+        SaveScript(sides, direction, folder.Path(), files, messages);
+        std::ifstream in(files.answer);
+        std::stringstream text;
+        text << in.rdbuf();
+        EXPECT_NE(text.str().find("-- A: " + sides[direction.from].path), std::string::npos);
+        EXPECT_NE(text.str().find("TABLE"), std::string::npos) << text.str();
+    }
+    files.answer = folder.File("never.sql");
+    messages.Texts();
+    SaveScript({{{folder.File("none.mdb"), ""}, sides[1]}}, ScriptDirections()[0], "", files, messages);
+    EXPECT_NE(messages.Texts().at(0).find("3024"), std::string::npos);
+    EXPECT_FALSE(std::filesystem::exists(files.answer));
 }
 
 TEST_F(Run, ShowsDifferencesOnlyAndSavesThem) {

@@ -131,9 +131,9 @@ class CompareCommand : public Command {
                 report::WriteDetailsCsv(out, *details);
             }
         } else if (format_ == "json") {
-            report::WriteComparisonJson(out, result, details);
+            report::WriteDetailedJson(out, result, details);
         } else if (format_ == "html") {
-            report::WriteComparisonHtml(out, result, details);
+            report::WriteDetailedHtml(out, result, details);
         } else {
             report::WriteComparisonText(out, result, style);
             if (details != nullptr) {

@@ -53,7 +53,7 @@ class PageWriter : public survey::Listener {
             return;
         }
         ReportFile page(folder_ + platform::kPathSeparator + pages_[file]);
-        report::WriteComparisonHtml(page.Stream(), result, details);
+        report::WriteDetailedHtml(page.Stream(), result, details);
         page.Commit();
     }
     void Finished() override { progress_.Phase().Advance(); }
