@@ -8,6 +8,7 @@
 #include "jet/check/TableCheck.h"
 #include "jet/database/Database.h"
 #include "jet/storage/DataPage.h"
+#include "jet/storage/Journal.h"
 #include "platform/FileSystem.h"
 
 namespace tavrel::jet {
@@ -17,7 +18,9 @@ namespace {
 using namespace check;
 
 void CheckFile(Context& context, const std::string& path) {
-    if (platform::FileExists(path) && platform::FileSize(path) % kPageSize != 0) {
+    // Beside a journal the length is that of an unfinished transaction, and goes with it.
+    if (platform::FileExists(path) && platform::FileSize(path) % kPageSize != 0 &&
+        !platform::FileExists(JournalPath(path))) {
         context.log.Add(FindingKind::FileLength, "파일");
     }
     if (!context.header.constantsRight) {
