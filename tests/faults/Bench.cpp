@@ -23,9 +23,9 @@ bool IsDatabase(const std::string& name) {
     return name.ends_with(".mdb");
 }
 
-/// Made anew by each comparison and read by nobody else.
+/// In the working folder of a comparison: made anew by each and read by nobody else.
 bool IsWorkingCopy(const std::string& name) {
-    return name.find("/temp(") != std::string::npos;
+    return name.find("temp/temp") != std::string::npos;
 }
 
 /// Indexes without a name of their own get one at random.

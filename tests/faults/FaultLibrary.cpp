@@ -109,8 +109,11 @@ bool NoMemory() {
     return true;
 }
 
+/// The folder itself, which is synced, too, or something in it.
 bool IsOurs(const char* path) {
-    return gPlan.root != nullptr && std::strncmp(path, gPlan.root, std::strlen(gPlan.root)) == 0;
+    const std::size_t length = gPlan.root == nullptr ? 0 : std::strlen(gPlan.root);
+    return length > 0 && std::strncmp(path, gPlan.root, length) == 0 &&
+           (path[length] == '\0' || path[length] == '/');
 }
 
 bool IsOurs(int descriptor) {
