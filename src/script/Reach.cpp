@@ -126,6 +126,17 @@ class TableReach {
     DataLoss loss_;
 };
 
+/// As they are read from a file: what is listed as left is listed in the same order later.
+void PutInOrder(details::Schema& schema) {
+    const auto byName = [](const auto& a, const auto& b) {
+        return text::Lower(a.name) < text::Lower(b.name);
+    };
+    for (Table& table : schema.tables) {
+        std::ranges::stable_sort(table.indexes, byName);
+    }
+    std::ranges::stable_sort(schema.relations, byName);
+}
+
 }  // namespace
 
 details::Schema Reach(const details::Schema& a, const details::Schema& b, DataLoss loss) {
@@ -151,6 +162,7 @@ details::Schema Reach(const details::Schema& a, const details::Schema& b, DataLo
         }
     }
     ReachRelations(a, b, fixtures, reached);
+    PutInOrder(reached);
     return reached;
 }
 
