@@ -35,10 +35,9 @@ class Sql : public ::testing::Test {
         return RunCli(arguments);
     }
     /// The statements come through a pipe.
-    ProgramResult Pipe(const std::string& statements, const std::string& options = "") const {
-        return RunProgram(
-            "sh", {"-c", "printf '%s' \"$1\" | " + ProgramFolder() + "/tavrel-cli sql \"$2\" " + options,
-                   "sh", statements, path});
+    ProgramResult Pipe(const std::string& statements, std::vector<std::string> options = {}) const {
+        options.insert(options.begin(), {"sql", path});
+        return RunProgram(ProgramFolder() + "/tavrel-cli", options, {}, statements);
     }
     std::int32_t Count() const {
         const auto database = jet::Database::Open(path);
@@ -84,7 +83,7 @@ TEST_F(Sql, SplitsThePipeAtSemicolonsThatCount) {
         "-- a comment; with its own ';\n"
         "INSERT INTO 고객 VALUES (4, /* one; 'over\ntwo lines */ \"it's;\", 'a--b')\r\n;"
         "SELECT [이름] AS `a;b`, 3--1 AS n\nFROM 고객 WHERE id > 2 ORDER BY id",
-        "--format json");
+        {"--format", "json"});
     EXPECT_EQ(result.errors, "");
     EXPECT_EQ(result.exitCode, 0);
     EXPECT_EQ(result.output,

@@ -85,6 +85,7 @@ TEST_F(CompactCommandTest, ReplacesTheDatabase) {
     const std::string path = MakeDatabase("a.mdb");
     const auto size = std::filesystem::file_size(path);
     std::filesystem::permissions(path, std::filesystem::perms(0640));
+    const auto rights = std::filesystem::status(path).permissions();
     std::ofstream(folder_.File("a_compactTemp.mdb")) << "left over";
     Click();
     ASSERT_EQ(messages_.shown.size(), 2U);
@@ -97,13 +98,17 @@ TEST_F(CompactCommandTest, ReplacesTheDatabase) {
     EXPECT_EQ(pointer_.turnedOn, 1);
     EXPECT_EQ(Files(), std::vector<std::string>{"a.mdb"});
     EXPECT_LT(std::filesystem::file_size(path), size);
-    EXPECT_EQ(std::filesystem::status(path).permissions(), std::filesystem::perms(0640));
+    EXPECT_EQ(std::filesystem::status(path).permissions(), rights);
     EXPECT_EQ(testing::ReadRows(*jet::Database::Open(path, {.password = "kq5183"}), "고객").size(), 1U);
 }
 
 TEST_F(CompactCommandTest, ALinkKeepsLeadingToTheDatabase) {
     const std::string path = MakeDatabase("a.mdb");
-    std::filesystem::create_symlink(path, folder_.File("link.mdb"));
+    std::error_code refused;
+    std::filesystem::create_symlink(path, folder_.File("link.mdb"), refused);
+    if (refused) {
+        GTEST_SKIP() << "links cannot be made here: " << refused.message();
+    }
     path_.text = folder_.File("link.mdb");
     Click();
     EXPECT_EQ(messages_.shown.back().text, "압축 및 복구를 완료하였습니다.");

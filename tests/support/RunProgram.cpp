@@ -1,12 +1,10 @@
+#ifndef _WIN32
 #include "support/RunProgram.h"
 
 #include <cstdlib>
 #include <fstream>
 #include <iterator>
-
-#ifndef _WIN32
 #include <sys/wait.h>
-#endif
 
 #include "support/TemporaryFolder.h"
 
@@ -15,15 +13,11 @@ namespace tavrel::testing {
 namespace {
 
 std::string Quoted(const std::string& argument) {
-#ifdef _WIN32
-    return "\"" + argument + "\"";
-#else
     std::string quoted = "'";
     for (const char c : argument) {
         quoted += c == '\'' ? std::string("'\\''") : std::string(1, c);
     }
     return quoted + "'";
-#endif
 }
 
 std::string ReadAll(const std::string& path) {
@@ -31,28 +25,24 @@ std::string ReadAll(const std::string& path) {
     return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
 }
 
-int ExitCodeOf(int status) {
-#ifdef _WIN32
-    return status;
-#else
-    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-#endif
-}
-
 }  // namespace
 
 ProgramResult RunProgram(const std::string& program, const std::vector<std::string>& arguments,
-                         const std::string& environment) {
+                         const std::string& environment, const std::string& input) {
     const TemporaryFolder folder;
+    std::ofstream(folder.File("input"), std::ios::binary) << input;
     const std::string output = folder.File("output");
     const std::string errors = folder.File("errors");
-    std::string line = environment + " " + Quoted(program);
+    // Through a pipe, which is no file.
+    std::string line = "cat " + Quoted(folder.File("input")) + " | " + environment + " " + Quoted(program);
     for (const std::string& argument : arguments) {
         line += " " + Quoted(argument);
     }
-    line += " >" + Quoted(output) + " 2>" + Quoted(errors) + " </dev/null";
+    line += " >" + Quoted(output) + " 2>" + Quoted(errors);
     const int status = std::system(line.c_str());
-    return {.exitCode = ExitCodeOf(status), .output = ReadAll(output), .errors = ReadAll(errors)};
+    return {.exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : -1,
+            .output = ReadAll(output),
+            .errors = ReadAll(errors)};
 }
 
 std::string ProgramFolder() {
@@ -64,3 +54,4 @@ ProgramResult RunCli(const std::vector<std::string>& arguments) {
 }
 
 }  // namespace tavrel::testing
+#endif

@@ -13,8 +13,9 @@ struct ProgramResult {
 };
 
 /// `program`: a path, or a name that the shell finds.  `environment` goes in front of it, e.g. "NO_COLOR=1".
+/// `input` is what it finds on standard input.
 ProgramResult RunProgram(const std::string& program, const std::vector<std::string>& arguments,
-                         const std::string& environment = {});
+                         const std::string& environment = {}, const std::string& input = {});
 
 /// Where the programs under test lie.
 std::string ProgramFolder();

@@ -1,6 +1,7 @@
 // The start-up update with companions that are real processes.
 #include <cstdlib>
 
+#include "platform/ProgramFile.h"
 #include "update/ExecuteAndWait.h"
 #include "update/Launcher.h"
 #include "update/StartUp.h"
@@ -13,17 +14,19 @@ using platform::ShowCommand;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
+const std::string kSuffix(platform::kExecutableSuffix);
+const std::string kProgram = "Tavrel" + kSuffix;
+const std::string kNewProgram = "New_" + kProgram;
+
 // The checker takes its time, so that not waiting for it would be seen.
-constexpr const char* kChecker = "/bin/sleep 0.2; printf '%s|%s|%s' $# \"$1\" \"$PWD\" >checked\n";
-constexpr const char* kCheckerWithNews =
-    "/bin/sleep 0.2; printf new >New_Tavrel; printf '%s' \"$1\" >checked\n";
-constexpr const char* kReplacer =
-    "cd \"${0%/*}\"; printf '%s|%s' $# \"$1\" >replaced.part; mv replaced.part replaced\n";
+const std::string kChecker = "wait\nwrite checked '%n|%1|%d'\n";
+const std::string kCheckerWithNews = "wait\nwrite " + kNewProgram + " new\nwrite checked '%1'\n";
+const std::string kReplacer = "home\nwrite replaced '%n|%1'\n";
 
 class Launcher : public UpdateFixture {
   protected:
     void SetUp() override {
-        Write("Tavrel", "the program");
+        Write(kProgram, "the program");
         WriteProgram("Sorvane.exe", kChecker);
         Publish("Sorvane_lastver.txt", {.body = "0"});
     }
@@ -38,7 +41,7 @@ class Launcher : public UpdateFixture {
 
 TEST_F(Launcher, GoesOnWhenTheCheckerLeavesNothing) {
     EXPECT_FALSE(EndsProgram());
-    EXPECT_EQ(Read("checked"), "1|30;Tavrel|" + std::filesystem::canonical(folder.Path()).string());
+    EXPECT_EQ(Read("checked"), "1|30;" + kProgram + "|" + std::filesystem::canonical(folder.Path()).string());
     EXPECT_THAT(messages.texts, IsEmpty());
 }
 
@@ -46,16 +49,17 @@ TEST_F(Launcher, HandsOverToTheReplacer) {
     WriteProgram("Sorvane.exe", kCheckerWithNews);
     WriteProgram("Brixel.exe", kReplacer);
     EXPECT_TRUE(EndsProgram());
-    EXPECT_EQ(Read("checked"), "30;Tavrel");
-    EXPECT_EQ(AwaitFile("replaced"), "1|Tavrel;New_Tavrel");
+    EXPECT_EQ(Read("checked"), "30;" + kProgram);
+    EXPECT_EQ(AwaitFile("replaced"), "1|" + kProgram + ";" + kNewProgram);
     EXPECT_THAT(messages.texts, IsEmpty());
 }
 
+#ifndef _WIN32  // where the file manager is the system's own
 TEST_F(Launcher, ShowsTheFolderWhereTheReplacerIsMissing) {
     const std::string path = std::getenv("PATH");
     const auto scoped = [](const std::string& value) { ::setenv("PATH", value.c_str(), 1); };
-    WriteProgram("xdg-open", "printf '%s' \"$1\" >\"$1/shown.part\"; mv \"$1/shown.part\" \"$1/shown\"\n");
-    Write("New_Tavrel", "new");
+    WriteProgram("xdg-open", "home\nwrite shown '%1'\n");
+    Write(kNewProgram, "new");
     const std::string told = "0 파일교체 프로그램을 찾을 수 없습니다.\r\n\r\n" + folder.File("Brixel.exe");
     scoped(folder.Path() + ":" + path);
     EXPECT_TRUE(EndsProgram());
@@ -68,20 +72,22 @@ TEST_F(Launcher, ShowsTheFolderWhereTheReplacerIsMissing) {
     EXPECT_EQ(messages.texts[1], told);
     EXPECT_TRUE(messages.texts[2].starts_with("0 Error 53 (")) << messages.texts[2];
 }
+#endif
 
 TEST_F(Launcher, TellsOfAReplacerThatCannotBeStartedAndEnds) {
     std::filesystem::remove(folder.File("Sorvane.exe"));  // nor can the checker, of which nothing is told
-    Write("New_Tavrel", "new");
+    Write(kNewProgram, "new");
     Write("Brixel.exe", "no program");
     EXPECT_TRUE(EndsProgram());
     ASSERT_EQ(messages.texts.size(), 1U);
-    EXPECT_TRUE(messages.texts[0].starts_with("0 Error 70 (")) << messages.texts[0];
+    EXPECT_TRUE(messages.texts[0].starts_with(kSuffix.empty() ? "0 Error 70 (" : "0 Error 5 ("))
+        << messages.texts[0];
     EXPECT_TRUE(
         messages.texts[0].ends_with(") in procedure RunAutoUpdate of Module modAutoUpdateV1_Launcher"));
 }
 
 TEST_F(Launcher, StopsWhereItIsToldTo) {
-    Write("New_Tavrel", "new");
+    Write(kNewProgram, "new");
     WriteProgram("Brixel.exe", kReplacer);
 
     Publish("Sorvane_lastver.txt", {.status = 404});
@@ -89,7 +95,7 @@ TEST_F(Launcher, StopsWhereItIsToldTo) {
     EXPECT_EQ(messages.texts.size(), 1U);
 
     EXPECT_TRUE(EndsProgram(/*skip=*/true));
-    EXPECT_EQ(AwaitFile("replaced"), "1|Tavrel;New_Tavrel");
+    EXPECT_EQ(AwaitFile("replaced"), "1|" + kProgram + ";" + kNewProgram);
     EXPECT_THAT(AskedFor(), ElementsAre("Sorvane_lastver.txt"));
     std::filesystem::remove(folder.File("checked"));
 

@@ -15,6 +15,7 @@
 #include "platform/Dialogs.h"
 #include "support/LoopbackServer.h"
 #include "support/PeFiles.h"
+#include "support/RunProgram.h"
 #include "support/TemporaryFolder.h"
 #include "update/RunningProgram.h"
 
@@ -60,10 +61,17 @@ class UpdateFixture : public ::testing::Test {
         std::ifstream file(folder.File(name), std::ios::binary);
         return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
     }
-    /// A companion: a real program, here a script of the shell.
+    /// A companion: a real program.  It does the lines of the script, which tests/companion knows; where
+    /// there is a shell it is a script of that.
     void WriteProgram(const std::string& name, const std::string& script) const {
-        Write(name, "#!/bin/sh\n" + script);
+#ifdef _WIN32
+        Write(name + ".script", script);
+        std::filesystem::copy_file(tavrel::testing::ProgramFolder() + "/tavrel-test-companion.exe",
+                                   folder.File(name), std::filesystem::copy_options::overwrite_existing);
+#else
+        Write(name, std::string("#!/bin/sh\n") + kShellWords + script);
         std::filesystem::permissions(folder.File(name), std::filesystem::perms::owner_all);
+#endif
     }
     /// What a program that nobody waits for has written; empty when it has not within seconds.
     [[nodiscard]] std::string AwaitFile(const std::string& name) const {
@@ -79,6 +87,16 @@ class UpdateFixture : public ::testing::Test {
         }
         return names;
     }
+
+    /// What the companion's verbs are to a shell.
+    static constexpr const char* kShellWords =
+        "n=$#; a=$1\n"
+        "wait() { /bin/sleep 0.2; }\n"
+        "home() { cd \"${0%/*}\"; }\n"
+        "write() {\n"
+        "  printf '%s' \"$2\" | /bin/sed \"s|%n|$n|;s|%1|$a|;s|%d|$PWD|\" >\"$1.part\"; /bin/mv \"$1.part\" "
+        "\"$1\"\n"
+        "}\n";
 
     const std::string kBase = "/download/%EC%9E%90%EB%8F%99%EC%97%85%EB%8D%B0%EC%9D%B4%ED%8A%B8_v1/";
     tavrel::testing::LoopbackServer server;
