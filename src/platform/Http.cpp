@@ -33,7 +33,7 @@ bool FetchInto(const std::string& url, File& file) {
         return true;
     });
     file.Sync();
-    return answer.isWhole && answer.saysItsEnd && total > 0;
+    return answer.isWhole && answer.saysItsLength && total > 0;
 }
 
 /// Throws when the file cannot be made, written or put into its place.

@@ -20,8 +20,8 @@ struct HttpPatience {
 using HttpTaker = std::function<bool(const char* bytes, std::size_t size)>;
 
 struct HttpAnswer {
-    bool isWhole = false;     ///< all of an answer with status 200 has arrived and been taken
-    bool saysItsEnd = false;  ///< the answer told where it ends: one that does not may have been cut off
+    bool isWhole = false;        ///< all of an answer with status 200 has arrived and been taken
+    bool saysItsLength = false;  ///< one that does not may have been cut off without a trace
 };
 
 /// Fetches the URL from the server, never from a cache; redirections are followed.  `take` gets the bytes of

@@ -116,9 +116,9 @@ TEST_F(SelfUpdate, TakesOnlyAWholeAnswerForAProgram) {
         bool taken;
     } cases[] = {
         {"whole", {.body = "new"}, true},
-        {"in pieces", {.body = "new", .end = ReplyEnd::Chunks}, true},
+        {"in pieces", {.body = "new", .end = ReplyEnd::Chunks}, false},
         {"without the last piece", {.body = "new", .end = ReplyEnd::NoChunk}, false},
-        {"does not say where it ends", {.body = "new", .end = ReplyEnd::Nothing}, false},
+        {"does not say how long it is", {.body = "new", .end = ReplyEnd::Nothing}, false},
         {"cut off", {.body = "new", .announced = 4}, false},
         {"empty", {.body = ""}, false},
         {"no content", {.status = 204}, false},
@@ -190,8 +190,10 @@ TEST_F(SelfUpdate, AsksPastCachesAndFollowsRedirections) {
     server.Answer("/new", {.body = std::string(3, '\0') + "1"});
     EXPECT_EQ(modAutoUpdateV1_Launcher::OpenUrl(url + "/old place"), std::string(3, '\0') + "1");
     for (const std::string& head : server.TakeRequests()) {
-        EXPECT_THAT(head, ::testing::AllOf(::testing::HasSubstr("User-Agent: VB OpenUrl\r\n"),
-                                           ::testing::HasSubstr("Cache-Control: no-cache\r\n")));
+        EXPECT_THAT(head, ::testing::HasSubstr("User-Agent: VB OpenUrl\r\n"));
+#ifndef _WIN32  // where the system asks past its cache in ways of its own
+        EXPECT_THAT(head, ::testing::HasSubstr("Cache-Control: no-cache\r\n"));
+#endif
     }
     server.Answer("/old%20place", {.status = 302, .body = "moved", .location = "file:///etc/hostname"});
     EXPECT_EQ(modAutoUpdateV1_Launcher::OpenUrl(url + "/old place"), "");

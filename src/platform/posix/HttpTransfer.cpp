@@ -3,7 +3,6 @@
 #include <curl/curl.h>
 #include <exception>
 #include <memory>
-#include <strings.h>
 
 #include "platform/Url.h"
 
@@ -32,7 +31,7 @@ class Request {
         if (failure_) {
             std::rethrow_exception(failure_);
         }
-        return {.isWhole = done && Status() == kStatusOk, .saysItsEnd = done && SaysItsEnd()};
+        return {.isWhole = done && Status() == kStatusOk, .saysItsLength = done && SaysItsLength()};
     }
 
   private:
@@ -59,13 +58,10 @@ class Request {
         return status;
     }
 
-    [[nodiscard]] bool SaysItsEnd() const {
+    [[nodiscard]] bool SaysItsLength() const {
         curl_off_t length = -1;
         curl_easy_getinfo(handle_.get(), CURLINFO_CONTENT_LENGTH_DOWNLOAD_T, &length);
-        curl_header* encoding = nullptr;
-        return length >= 0 || (curl_easy_header(handle_.get(), "Transfer-Encoding", 0, CURLH_HEADER, -1,
-                                                &encoding) == CURLHE_OK &&
-                               ::strcasecmp(encoding->value, "chunked") == 0);
+        return length >= 0;
     }
 
     /// The library is C: an error waits until it has returned.

@@ -1,8 +1,9 @@
 #include "platform/HttpTransfer.h"
 
-#include <array>
-#include <atomic>
+#include <algorithm>
 #include <condition_variable>
+#include <deque>
+#include <memory>
 #include <mutex>
 #include <optional>
 #include <thread>
@@ -17,54 +18,23 @@ namespace tavrel::platform {
 namespace {
 
 constexpr DWORD kStatusOk = 200;
-constexpr std::size_t kBufferSize = 64U << 10U;
+constexpr DWORD kBufferSize = 64U << 10U;
 
 class InternetHandle {
   public:
     explicit InternetHandle(HINTERNET handle) : handle_(handle) {}
     InternetHandle(const InternetHandle&) = delete;
     InternetHandle& operator=(const InternetHandle&) = delete;
-    ~InternetHandle() { Close(); }
+    ~InternetHandle() {
+        if (handle_ != nullptr) {
+            ::InternetCloseHandle(handle_);
+        }
+    }
 
     [[nodiscard]] HINTERNET Get() const { return handle_; }
-    /// Whatever waits on it, in another thread too, returns with a failure.
-    void Close() {
-        const HINTERNET handle = handle_.exchange(nullptr);
-        if (handle != nullptr) {
-            ::InternetCloseHandle(handle);
-        }
-    }
 
   private:
-    std::atomic<HINTERNET> handle_;
-};
-
-/// Closes the session when the time is over; calls that wait on the network return then.
-class Deadline {
-  public:
-    Deadline(InternetHandle& session, std::chrono::seconds time)
-        : watcher_([this, &session, time] {
-              std::unique_lock lock(mutex_);
-              if (!done_.wait_for(lock, time, [this] { return isDone_; })) {
-                  session.Close();
-              }
-          }) {}
-    Deadline(const Deadline&) = delete;
-    Deadline& operator=(const Deadline&) = delete;
-    ~Deadline() {
-        {
-            const std::lock_guard lock(mutex_);
-            isDone_ = true;
-        }
-        done_.notify_one();
-        watcher_.join();
-    }
-
-  private:
-    std::mutex mutex_;
-    std::condition_variable done_;
-    bool isDone_ = false;
-    std::thread watcher_;
+    HINTERNET handle_;
 };
 
 void SetPatience(HINTERNET session, std::chrono::seconds silence) {
@@ -86,65 +56,105 @@ std::optional<DWORD> NumberOf(HINTERNET request, DWORD header) {
                : std::nullopt;
 }
 
-bool IsChunked(HINTERNET request) {
-    std::array<char, 64> value{};
-    DWORD size = value.size() - 1;
-    return ::HttpQueryInfoA(request, HTTP_QUERY_TRANSFER_ENCODING, value.data(), &size, nullptr) &&
-           ::lstrcmpiA(value.data(), "chunked") == 0;
-}
+/// What passes between the thread that asks the system and the one that waits: the system's own calls do not
+/// keep to their time in every case, so the one that waits goes its way when the time is over, and the other
+/// ends when its call returns.
+class Transfer {
+  public:
+    /// Of the thread that asks.  False: nobody waits any more.
+    bool Arrived(std::string piece) {
+        const std::lock_guard lock(mutex_);
+        pieces_.push_back(std::move(piece));
+        changed_.notify_one();
+        return !abandoned_;
+    }
+    void Ended(HttpAnswer answer) {
+        const std::lock_guard lock(mutex_);
+        answer_ = answer;
+        changed_.notify_one();
+    }
 
-/// An answer of that many bytes, taken whole; less when it ended before, failed, or is not wanted.
-struct Taken {
-    std::uint64_t size = 0;
-    bool ended = false;
+    /// Of the thread that waits.
+    HttpAnswer Await(HttpPatience patience, const HttpTaker& take) {
+        const auto end = std::chrono::steady_clock::now() + patience.whole;
+        std::unique_lock lock(mutex_);
+        for (;;) {
+            const auto silent = std::chrono::steady_clock::now() + patience.silence;
+            if (!changed_.wait_until(lock, std::min(silent, end),
+                                     [this] { return !pieces_.empty() || answer_; })) {
+                abandoned_ = true;
+                return {};
+            }
+            if (pieces_.empty()) {
+                return *answer_;
+            }
+            const std::string piece = std::move(pieces_.front());
+            pieces_.pop_front();
+            abandoned_ = true;  // should taking it fail
+            if (!take(piece.data(), piece.size())) {
+                return {};
+            }
+            abandoned_ = false;
+        }
+    }
+
+  private:
+    std::mutex mutex_;
+    std::condition_variable changed_;
+    std::deque<std::string> pieces_;
+    std::optional<HttpAnswer> answer_;
+    bool abandoned_ = false;
 };
 
-Taken TakeAll(HINTERNET request, const HttpTaker& take) {
-    Taken taken;
+HttpAnswer TakeAnswer(HINTERNET request, Transfer& transfer) {
+    if (NumberOf(request, HTTP_QUERY_STATUS_CODE) != kStatusOk) {
+        return {};
+    }
+    const std::optional<DWORD> announced = NumberOf(request, HTTP_QUERY_CONTENT_LENGTH);
+    std::uint64_t size = 0;
     std::string piece(kBufferSize, '\0');
     for (;;) {
         // What is there is asked for, so that a slow answer is taken as it comes.
         DWORD there = 0;
         DWORD count = 0;
         if (!::InternetQueryDataAvailable(request, &there, 0, 0) ||
-            !::InternetReadFile(request, piece.data(),
-                                std::min(std::max<DWORD>(there, 1), static_cast<DWORD>(kBufferSize)), &count)) {
-            return taken;
+            !::InternetReadFile(request, piece.data(), std::clamp<DWORD>(there, 1, kBufferSize), &count)) {
+            return {};
         }
         if (count == 0) {
-            taken.ended = true;
-            return taken;
+            return {.isWhole = !announced || size == *announced, .saysItsLength = announced.has_value()};
         }
-        taken.size += count;
-        if (!take(piece.data(), count)) {
-            return taken;
+        size += count;
+        if (!transfer.Arrived(piece.substr(0, count))) {
+            return {};
         }
     }
 }
 
-HttpAnswer TakeAnswer(HINTERNET request, const HttpTaker& take) {
-    if (NumberOf(request, HTTP_QUERY_STATUS_CODE) != kStatusOk) {
+HttpAnswer Ask(const std::string& url, std::chrono::seconds silence, Transfer& transfer) {
+    const InternetHandle session(
+        ::InternetOpenA(kHttpAgent, INTERNET_OPEN_TYPE_PRECONFIG, nullptr, nullptr, 0));
+    if (session.Get() == nullptr) {
         return {};
     }
-    const std::optional<DWORD> announced = NumberOf(request, HTTP_QUERY_CONTENT_LENGTH);
-    const Taken taken = TakeAll(request, take);
-    return {.isWhole = taken.ended && (!announced || taken.size == *announced),
-            .saysItsEnd = announced || IsChunked(request)};
+    SetPatience(session.Get(), silence);
+    constexpr DWORD kFromServer = INTERNET_FLAG_RELOAD | INTERNET_FLAG_NO_CACHE_WRITE | INTERNET_FLAG_NO_UI;
+    const InternetHandle request(::InternetOpenUrlA(session.Get(), url.c_str(), nullptr, 0, kFromServer, 0));
+    return request.Get() == nullptr ? HttpAnswer() : TakeAnswer(request.Get(), transfer);
 }
 
 }  // namespace
 
 HttpAnswer FetchFromServer(const std::string& url, HttpPatience patience, const HttpTaker& take) {
-    InternetHandle session(::InternetOpenA(kHttpAgent, INTERNET_OPEN_TYPE_PRECONFIG, nullptr, nullptr, 0));
     const std::string encoded = EncodeUrl(url);
-    if (session.Get() == nullptr || !(encoded.starts_with("http://") || encoded.starts_with("https://"))) {
+    if (!encoded.starts_with("http://") && !encoded.starts_with("https://")) {
         return {};
     }
-    SetPatience(session.Get(), patience.silence);
-    const Deadline deadline(session, patience.whole);
-    constexpr DWORD kFromServer = INTERNET_FLAG_RELOAD | INTERNET_FLAG_NO_CACHE_WRITE | INTERNET_FLAG_NO_UI;
-    InternetHandle request(::InternetOpenUrlA(session.Get(), encoded.c_str(), nullptr, 0, kFromServer, 0));
-    return request.Get() == nullptr ? HttpAnswer() : TakeAnswer(request.Get(), take);
+    const auto transfer = std::make_shared<Transfer>();
+    std::thread([transfer, encoded, patience] {
+        transfer->Ended(Ask(encoded, patience.silence, *transfer));
+    }).detach();
+    return transfer->Await(patience, take);
 }
 
 std::string TextOfBytes(const std::string& bytes) {
