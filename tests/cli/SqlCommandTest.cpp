@@ -152,7 +152,7 @@ TEST_F(Sql, RefusesWhatIsNotUtf8) {
     EXPECT_THAT(given.errors, HasSubstr("(2번째 SQL 문이 UTF-8이 아님)\n"));
     EXPECT_EQ(Count(), 2) << "what came before was run, nothing behind it";
     // The replacement character is a character like others.
-    EXPECT_EQ(Pipe("SELECT '\xEF\xBF\xBD' AS a", "--format csv").output, "a\r\n\xEF\xBF\xBD\r\n");
+    EXPECT_EQ(Pipe("SELECT '\xEF\xBF\xBD' AS a", {"--format", "csv"}).output, "a\r\n\xEF\xBF\xBD\r\n");
 }
 
 TEST_F(Sql, TellsWhyItsInputEndsEarly) {
