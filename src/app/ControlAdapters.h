@@ -8,7 +8,7 @@
 #include <QLineEdit>
 #include <QProgressBar>
 
-#include "app/QtText.h"
+#include "app/text/QtText.h"
 #include "compare/WorkbenchControls.h"
 
 namespace tavrel::app {

@@ -4,7 +4,7 @@
 #include <QFileInfo>
 #include <QProcess>
 
-#include "app/QtText.h"
+#include "app/text/QtText.h"
 #include "platform/OpenWithProgram.h"
 
 namespace tavrel::app {

@@ -4,7 +4,7 @@
 #include <QFileDialog>
 #include <QFileInfo>
 
-#include "app/QtText.h"
+#include "app/text/QtText.h"
 
 namespace tavrel::app {
 

@@ -12,12 +12,6 @@
 
 namespace tavrel::app {
 
-namespace {
-
-constexpr const char* kCannotRemember = "설정을 읽거나 저장할 수 없습니다.\r\n\r\n";
-
-}  // namespace
-
 /// The controls as the commands take them.
 struct Form1::Adapters {
     explicit Adapters(FormControls& controls)
@@ -53,7 +47,6 @@ struct Form1::Adapters {
 
 Form1::Form1(FormServices services)
     : services_(std::move(services)),
-      settings_(services_.settings),
       ownMessages_(*this),
       ownFiles_(*this),
       messages_(services_.messages != nullptr ? *services_.messages : ownMessages_),
@@ -63,7 +56,7 @@ Form1::Form1(FormServices services)
       workbench_(adapters_->Wire(pointer_, messages_, grid_)),
       run_(workbench_, services_.copies),
       keyCommands_(*this, [this](std::int16_t key, std::int16_t shift) { Form_KeyDown(key, shift); }),
-      typed_([this](Remembered entry, const std::string& text) { Remember(entry, text); }),
+      settings_(services_.settings, messages_),
       opener_(messages_) {
     setObjectName(QStringLiteral("Form1"));
     setWindowIcon(AppIcon());
@@ -87,38 +80,26 @@ bool Form1::Form_Load() {
     try {
         RestoreSettings();
     } catch (const Error& error) {
-        settingsFailed_ = true;
-        messages_.Say(kCannotRemember + error.Description());
+        settings_.Tell(error);
     }
     return true;
 }
 
 /// The handlers do nothing while this fills the controls: the window is not visible yet.
 void Form1::RestoreSettings() {
+    const FormSettings& stored = settings_.Stored();
     for (int side = 0; side < 2; ++side) {
-        controls_.Field("txtDBPath", side).setText(ToQt(settings_.Read(Entry(Remembered::PathA, side))));
+        controls_.Field("txtDBPath", side).setText(ToQt(stored.Read(Entry(Remembered::PathA, side))));
     }
     for (int side = 0; side < 2; ++side) {
-        controls_.Box("cmbTblName", side).setEditText(ToQt(settings_.Read(Entry(Remembered::TableA, side))));
+        controls_.Box("cmbTblName", side).setEditText(ToQt(stored.Read(Entry(Remembered::TableA, side))));
     }
     for (int side = 0; side < 2; ++side) {
-        controls_.Field("txtPwd", side).setText(ToQt(settings_.Read(Entry(Remembered::PasswordA, side))));
+        controls_.Field("txtPwd", side).setText(ToQt(stored.Read(Entry(Remembered::PasswordA, side))));
     }
     controls_.Box("cmbApp").setCurrentIndex(0);
     for (int i = 0; i < 3; ++i) {
-        controls_.Option(i).setChecked(settings_.ReadNumber(Entry(Remembered::Option0, i)) != 0);
-    }
-}
-
-/// What cannot be remembered does not keep anybody from working: it is told once.
-void Form1::Remember(Remembered entry, const std::string& value) {
-    try {
-        settings_.Write(entry, value);
-    } catch (const Error& error) {
-        if (!settingsFailed_) {
-            settingsFailed_ = true;
-            messages_.Say(kCannotRemember + error.Description());
-        }
+        controls_.Option(i).setChecked(stored.ReadNumber(Entry(Remembered::Option0, i)) != 0);
     }
 }
 
@@ -171,7 +152,7 @@ void Form1::changeEvent(QEvent* event) {
 }
 
 void Form1::closeEvent(QCloseEvent* event) {
-    typed_.Flush();
+    settings_.Flush();
     QWidget::closeEvent(event);
 }
 

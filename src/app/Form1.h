@@ -14,8 +14,7 @@
 #include "app/FormControls.h"
 #include "app/KeyCommands.h"
 #include "app/QtMessageBox.h"
-#include "app/TypedTexts.h"
-#include "app/logic/FormSettings.h"
+#include "app/SettingsKeeper.h"
 #include "compare/CompareRun.h"
 
 namespace tavrel::app {
@@ -74,7 +73,6 @@ class Form1 : public QWidget {
     void ConnectControls();
     void ConnectSide(int index);
     void RestoreSettings();
-    void Remember(Remembered entry, const std::string& value);
     void OpenDatabase(const std::string& path);
     void ShowGridMenu(const QPoint& place);
     void SaveScriptOf(const ScriptLine& direction);
@@ -82,7 +80,6 @@ class Form1 : public QWidget {
     [[nodiscard]] std::string PathOf(int index) const;
 
     FormServices services_;
-    FormSettings settings_;
     QtMessageBox ownMessages_;
     QtFileChooser ownFiles_;
     platform::MessageBox& messages_;
@@ -97,10 +94,9 @@ class Form1 : public QWidget {
     compare::CompareRun run_;
     KeyCommands keyCommands_;
 
-    TypedTexts typed_;
+    SettingsKeeper settings_;
     DatabaseOpener opener_;
     std::string LastBrowseDir;
-    bool settingsFailed_ = false;  ///< has been told once
 };
 
 }  // namespace tavrel::app

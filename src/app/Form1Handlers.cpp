@@ -39,7 +39,7 @@ void Form1::Form_KeyDown(std::int16_t keyCode, std::int16_t shift) {
 }
 
 void Form1::cmdComp_Click() {
-    typed_.Flush();  // the run may take long, and the typing has ended
+    settings_.Flush();  // the run may take long, and the typing has ended
     run_.cmdComp_Click();
 }
 
@@ -54,7 +54,7 @@ void Form1::Check1_Click(int index) {
     }
     grid_.SetRowCount(0);
     const int value = workbench_.Check1[static_cast<std::size_t>(index)]->Value();
-    Remember(Entry(Remembered::Option0, index), std::to_string(value));
+    settings_.Write(Entry(Remembered::Option0, index), std::to_string(value));
 }
 
 void Form1::cmbApp_Click() {
@@ -73,7 +73,7 @@ void Form1::txtDBPath_Change(int index) {
     if (!isVisible()) {
         return;
     }
-    typed_.Changed(Entry(Remembered::PathA, index), PathOf(index));
+    settings_.Write(Entry(Remembered::PathA, index), PathOf(index));
     if (const auto item = ProductOfPath(PathOf(0))) {
         controls_.Box("cmbApp").setCurrentIndex(*item);
     }
@@ -81,15 +81,15 @@ void Form1::txtDBPath_Change(int index) {
 
 void Form1::txtPwd_Change(int index) {
     if (isVisible()) {
-        typed_.Changed(Entry(Remembered::PasswordA, index),
-                       workbench_.txtPwd[static_cast<std::size_t>(index)]->Text());
+        settings_.Write(Entry(Remembered::PasswordA, index),
+                        workbench_.txtPwd[static_cast<std::size_t>(index)]->Text());
     }
 }
 
 void Form1::cmbTblName_Change(int index) {
     if (isVisible()) {
-        typed_.Changed(Entry(Remembered::TableA, index),
-                       workbench_.cmbTblName[static_cast<std::size_t>(index)]->Text());
+        settings_.Write(Entry(Remembered::TableA, index),
+                        workbench_.cmbTblName[static_cast<std::size_t>(index)]->Text());
     }
 }
 
@@ -131,7 +131,7 @@ void Form1::OpenDatabase(const std::string& path) {
 }
 
 void Form1::cmdCompact_Click(int index) {
-    typed_.Flush();
+    settings_.Flush();
     compare::cmdCompact_Click(
         {.txtDBPath = workbench_.txtDBPath[static_cast<std::size_t>(index)],
          .pointer = &pointer_,

@@ -11,10 +11,10 @@
 
 #include "app/FormFont.h"
 #include "app/PathField.h"
-#include "app/QtText.h"
 #include "app/grid/GridColours.h"
 #include "app/logic/FormLayout.h"
 #include "app/logic/Products.h"
+#include "app/text/QtText.h"
 
 namespace tavrel::app {
 

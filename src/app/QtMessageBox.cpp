@@ -8,7 +8,7 @@
 #include <QPushButton>
 #include <QThread>
 
-#include "app/QtText.h"
+#include "app/text/QtText.h"
 
 namespace tavrel::app {
 

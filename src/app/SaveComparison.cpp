@@ -6,7 +6,7 @@
 #include <QFileInfo>
 #include <QSaveFile>
 
-#include "app/QtText.h"
+#include "app/text/QtText.h"
 #include "report/ComparisonReport.h"
 #include "report/HtmlReport.h"
 

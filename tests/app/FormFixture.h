@@ -11,7 +11,7 @@
 #include <gtest/gtest.h>
 
 #include "app/Form1.h"
-#include "app/QtText.h"
+#include "app/text/QtText.h"
 #include "platform/Settings.h"
 #include "text/Error.h"
 
@@ -20,6 +20,7 @@ namespace tavrel::app {
 struct MemorySettings : platform::SettingsStore {
     std::map<std::string, std::string> values;  ///< by key
     std::vector<std::pair<std::string, std::string>> written;
+    std::vector<std::size_t> synced;  ///< count of the changes written before each Sync
     bool failing = false;
 
     std::string GetSetting(const std::string& application, const std::string& section,
@@ -36,6 +37,7 @@ struct MemorySettings : platform::SettingsStore {
         values[key] = value;
         written.emplace_back(key, value);
     }
+    void Sync() override { synced.push_back(written.size()); }
 };
 
 struct HeardMessages : platform::MessageBox {

@@ -56,7 +56,7 @@ TEST_F(FormStart, RestoresWithoutWritingOrChoosingAProduct) {
     EXPECT_EQ(form_->AppCode(), "KilmII");
 }
 
-TEST_F(FormStart, WritesWhatIsTypedWhenTheTypingPauses) {
+TEST_F(FormStart, WritesEachChangeAtOnceAndNothingElse) {
     Open();
     QTest::keyClicks(&Path(0), "ab");
     QTest::keyClicks(&Path(1), "c");
@@ -64,37 +64,38 @@ TEST_F(FormStart, WritesWhatIsTypedWhenTheTypingPauses) {
     QTest::keyClicks(&Typed("cmbTblName_1"), "u");
     QTest::keyClicks(&Find<QLineEdit>("txtPwd_0"), "p");
     QTest::keyClicks(&Find<QLineEdit>("txtPwd_1"), "q");
-    EXPECT_TRUE(settings.written.empty());
-    PauseTyping();
-    const Written typed = {{"최근DB_A", "ab"},    {"최근DB_B", "c"},     {"최근테이블_A", "t"},
-                           {"최근테이블_B", "u"}, {"최근DB_A암호", "p"}, {"최근DB_B암호", "q"}};
+    const Written typed = {{"최근DB_A", "a"},     {"최근DB_A", "ab"},    {"최근DB_B", "c"},
+                           {"최근테이블_A", "t"}, {"최근테이블_B", "u"}, {"최근DB_A암호", "p"},
+                           {"최근DB_B암호", "q"}};
     EXPECT_EQ(std::exchange(settings.written, {}), typed);
     Click("Check1_2");
     Click("Check1_2");
     const Written clicked = {{"체크박스옵션_2", "1"}, {"체크박스옵션_2", "0"}};
     EXPECT_EQ(std::exchange(settings.written, {}), clicked);
-    PauseTyping();
+    QTest::keyClick(&Path(0), Qt::Key_F5);
     form_->close();
     EXPECT_TRUE(settings.written.empty());
 }
 
-TEST_F(FormStart, WritesWhatIsTypedBeforeItWorksAndBeforeItCloses) {
+TEST_F(FormStart, SyncsWhenTheTypingPausesBeforeItWorksAndWhenItCloses) {
+    using Synced = std::vector<std::size_t>;
     Open();
     QTest::keyClicks(&Path(0), "ab");
+    EXPECT_EQ(settings.synced, Synced{});
+    PauseTyping();
+    EXPECT_EQ(settings.synced, Synced{2});
+    QTest::keyClicks(&Path(0), "c");
     QTest::keyClick(&Path(0), Qt::Key_F5);
-    EXPECT_EQ(std::exchange(settings.written, {}), (Written{{"최근DB_A", "ab"}}));
-    QTest::keyClicks(&Path(1), "c");
+    EXPECT_EQ(settings.synced, (Synced{2, 3}));
+    QTest::keyClicks(&Path(1), "d");
     QTest::keyClick(&Path(1), Qt::Key_Escape);
-    EXPECT_EQ(settings.written, (Written{{"최근DB_B", "c"}}));
+    EXPECT_EQ(settings.synced, (Synced{2, 3, 4}));
 }
 
 TEST_F(FormStart, TellsOnceThatNothingCanBeRemembered) {
     Open();
     settings.failing = true;
-    QTest::keyClicks(&Path(0), "ab");
-    PauseTyping();
-    QTest::keyClicks(&Path(0), "c");
-    PauseTyping();
+    QTest::keyClicks(&Path(0), "abc");
     EXPECT_EQ(messages.Texts().size(), 1U);
     EXPECT_EQ(TextOf("txtDBPath_0"), "abc");
 }
@@ -104,7 +105,6 @@ TEST_F(FormStart, AProductOffersItsPathToAnEmptyDbAOnly) {
     QTest::keyClick(&List(), Qt::Key_Down);
     EXPECT_EQ(form_->AppCode(), "breltII");
     EXPECT_EQ(TextOf("txtDBPath_0"), R"(C:\DalvorII\DBS\dbMain.mdb)");
-    PauseTyping();
     EXPECT_EQ(settings.values["최근DB_A"], R"(C:\DalvorII\DBS\dbMain.mdb)");
     EXPECT_EQ(TextOf("txtDBPath_1"), "");
     Path(0).setText("/x.mdb");

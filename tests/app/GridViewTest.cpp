@@ -10,13 +10,13 @@
 #include <QTest>
 #include <gtest/gtest.h>
 
-#include "app/QtText.h"
 #include "app/grid/GridColours.h"
 #include "app/grid/GridColumns.h"
 #include "app/grid/GridDelegate.h"
 #include "app/grid/GridHeader.h"
 #include "app/grid/GridView.h"
 #include "app/logic/GridCommands.h"
+#include "app/text/QtText.h"
 
 namespace tavrel::app {
 namespace {

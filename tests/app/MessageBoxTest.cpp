@@ -11,7 +11,7 @@
 #include "app/GridMenu.h"
 #include "app/KoreanWords.h"
 #include "app/QtMessageBox.h"
-#include "app/QtText.h"
+#include "app/text/QtText.h"
 
 namespace tavrel::app {
 namespace {

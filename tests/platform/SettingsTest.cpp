@@ -113,6 +113,17 @@ TEST_F(Settings, AreWrittenWholeOrNotAtAll) {
     EXPECT_EQ(Content(), "[환경설정]\nk=1\n");
 }
 
+TEST_F(Settings, AreSyncedOnceAndTellWhenTheyCannotBe) {
+    UserSettings().Sync();  // nothing was written
+    Save("k", "1");
+    UserSettings().Sync();
+    fs::remove_all(folder.File("config"));
+    UserSettings().Sync();
+    Save("k", "2");
+    fs::remove_all(folder.File("config"));
+    EXPECT_THROW(UserSettings().Sync(), Error);
+}
+
 TEST_F(Settings, FailWhereThereIsNoFolder) {
     std::ofstream(folder.File("config")) << "a file";
     EXPECT_THROW(Save("k", "1"), Error);

@@ -7,7 +7,7 @@
 #include <QClipboard>
 #include <QGuiApplication>
 
-#include "app/QtText.h"
+#include "app/text/QtText.h"
 
 namespace tavrel::app {
 

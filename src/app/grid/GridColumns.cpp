@@ -7,8 +7,8 @@
 
 #include <QFontMetrics>
 
-#include "app/QtText.h"
 #include "app/grid/GridDelegate.h"
+#include "app/text/QtText.h"
 
 namespace tavrel::app {
 

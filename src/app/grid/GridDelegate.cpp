@@ -4,8 +4,8 @@
 
 #include <QPainter>
 
-#include "app/QtText.h"
 #include "app/grid/GridColours.h"
+#include "app/text/QtText.h"
 
 namespace tavrel::app {
 

@@ -8,7 +8,7 @@
 #include <QStyleOptionHeader>
 #include <QToolTip>
 
-#include "app/QtText.h"
+#include "app/text/QtText.h"
 
 namespace tavrel::app {
 

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "app/QtText.h"
+#include "app/text/QtText.h"
 #include "compare/ComparisonResult.h"
 #include "report/ComparisonReport.h"
 

@@ -11,13 +11,13 @@
 #include <QTimer>
 #include <QToolTip>
 
-#include "app/QtText.h"
 #include "app/grid/GridClipboard.h"
 #include "app/grid/GridColours.h"
 #include "app/grid/GridColumns.h"
 #include "app/grid/GridDelegate.h"
 #include "app/grid/GridHeader.h"
 #include "app/grid/RowNumbers.h"
+#include "app/text/QtText.h"
 
 namespace tavrel::app {
 

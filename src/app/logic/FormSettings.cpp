@@ -42,4 +42,8 @@ void FormSettings::Write(Remembered entry, const std::string& value) {
     store_.SaveSetting(platform::kProgramTitle, kSection, std::string(SettingsKey(entry)), value);
 }
 
+void FormSettings::Sync() {
+    store_.Sync();
+}
+
 }  // namespace tavrel::app

@@ -30,6 +30,8 @@ class FormSettings {
     /// The number stored; 0 when it is missing or no number.
     [[nodiscard]] int ReadNumber(Remembered entry) const;
     void Write(Remembered entry, const std::string& value);
+    /// Returns when what was written is on the medium.
+    void Sync();
 
   private:
     platform::SettingsStore& store_;

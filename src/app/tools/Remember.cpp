@@ -16,6 +16,7 @@ int main(int argc, char** argv) {
         app::FormSettings settings(platform::UserSettings());
         settings.Write(app::Remembered::PathA, argv[1]);
         settings.Write(app::Remembered::PathB, argv[2]);
+        settings.Sync();
     } catch (const Error& error) {
         std::fprintf(stderr, "%s\n", error.Description().c_str());
         return 1;

@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <fcntl.h>
 #include <filesystem>
+#include <set>
 #include <span>
 #include <sys/file.h>
 #include <sys/stat.h>
@@ -77,7 +78,7 @@ SettingsText ReadSettings(const std::string& path) {
     return SettingsText(text);
 }
 
-/// Whole or not at all: written aside, synced, then put in the place of the old one.
+/// Whole or not at all: written aside, then put in the place of the old one.
 void WriteSettings(const std::string& path, const std::string& text) {
     const std::string aside = path + "." + std::to_string(::getpid()) + ".new";
     DeleteFileIfThere(aside);
@@ -91,7 +92,6 @@ void WriteSettings(const std::string& path, const std::string& text) {
     try {
         const auto file = OpenFile(aside, FileAccess::ReadWrite);
         file->WriteAt(0, {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()});
-        file->Sync();
         if (::rename(aside.c_str(), path.c_str()) != 0) {
             throw LastSystemError(path);
         }
@@ -117,12 +117,26 @@ class FileSettings : public SettingsStore {
         SettingsText settings = ReadSettings(path);
         settings.Set(section, key, value);
         WriteSettings(path, settings.Text());
+        unsynced_.insert(path);
+    }
+
+    void Sync() override {
+        while (!unsynced_.empty()) {
+            const std::string path = unsynced_.extract(unsynced_.begin()).value();
+            // Read only, and without OpenFile's lock: others may go on reading and replacing.
+            const Descriptor descriptor(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
+            if (!descriptor.IsOpen() || ::fsync(descriptor.Number()) != 0) {
+                throw LastSystemError(path);
+            }
+        }
     }
 
   private:
     static std::string PathOf(const std::string& application) {
         return ConfigurationFolder() + "/" + application + "/" + application + ".ini";
     }
+
+    std::set<std::string> unsynced_;  ///< files that were written since the last Sync
 };
 
 }  // namespace

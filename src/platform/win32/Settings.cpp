@@ -73,6 +73,9 @@ class RegistrySettings : public SettingsStore {
               key);
     }
 
+    /// The registry brings its changes to the medium by itself.
+    void Sync() override {}
+
   private:
     static LSTATUS Read(const std::wstring& path, const std::wstring& name, void* out, DWORD& bytes) {
         return ::RegGetValueW(HKEY_CURRENT_USER, path.c_str(), name.c_str(), RRF_RT_REG_SZ, nullptr, out,
