@@ -33,7 +33,7 @@ void Form1::Form_KeyDown(std::int16_t keyCode, std::int16_t shift) {
         cmdMove_Click(shift == keys::kShift ? 1 : 0);
     } else if (keyCode == keys::kF5) {
         cmdComp_Click();
-    } else if (keyCode == keys::kEscape) {
+    } else if (keyCode == keys::kEscape && !controls_.Grid().CloseFindLine()) {
         close();
     }
 }

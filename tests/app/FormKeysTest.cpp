@@ -109,6 +109,18 @@ TEST_F(FormKeys, AHeldEscapeClosesNothingMore) {
     QTest::keyRelease(form_->windowHandle(), Qt::Key_Escape);
 }
 
+TEST_F(FormKeys, EscapeClosesTheFindLineFirst) {
+    Open();
+    QTest::keyClick(&Path(0), Qt::Key_F, Qt::ControlModifier);
+    QWidget* focused = QApplication::focusWidget();
+    ASSERT_NE(focused, &Path(0));
+    QTest::keyClick(focused, Qt::Key_Escape);
+    EXPECT_FALSE(focused->isVisible());
+    EXPECT_TRUE(form_->isVisible());
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Escape);
+    EXPECT_FALSE(form_->isVisible());
+}
+
 TEST_F(FormKeys, TheWheelTurnsNoListThatItPassesOver) {
     Open();
     auto& list = Find<QComboBox>("cmbApp");

@@ -7,86 +7,15 @@
 #include <QContextMenuEvent>
 #include <QPainter>
 #include <QScrollBar>
-#include <QTest>
-#include <gtest/gtest.h>
 
+#include "app/GridFixture.h"
 #include "app/grid/GridColours.h"
 #include "app/grid/GridColumns.h"
 #include "app/grid/GridDelegate.h"
-#include "app/grid/GridHeader.h"
-#include "app/grid/GridView.h"
-#include "app/logic/GridCommands.h"
-#include "app/text/QtText.h"
+#include "app/grid/OverviewBar.h"
 
 namespace tavrel::app {
 namespace {
-
-class GridOnScreen : public ::testing::Test {
-  protected:
-    GridOnScreen() : view(grid, nullptr) {
-        InitGrid(grid);
-        LockCells(grid);
-        view.resize(867, 400);
-        view.show();
-        EXPECT_TRUE(QTest::qWaitForWindowExposed(&view));
-    }
-
-    /// Rows of `tables` tables by turns of four fields each, every `marked`th with a mark.
-    void Fill(int rows, int marked) {
-        grid.SetRepaint(false);
-        grid.SetRowCount(rows);
-        for (int row = 1; row <= rows; ++row) {
-            for (const int offset : {0, 12}) {
-                grid.PutText(offset + 1, row, "table" + std::to_string((row - 1) / 4));
-                grid.PutText(offset + 5, row, "f" + std::to_string(row));
-                grid.PutText(offset + 11, row, "key");
-            }
-            grid.PutText(12, row, row % marked == 0 ? "!" : "");
-        }
-        grid.SetRepaint(true);
-    }
-    void HideUnmarked() {
-        for (int row = 1; row <= grid.RowCount(); ++row) {
-            grid.SetFormatRow(row);
-            if (grid.Text(12, row).empty()) {
-                grid.SetRowHidden(true);
-            }
-        }
-    }
-    void Paint(int column, int row, grid::Colour colour) {
-        grid.SetFormatCol(column);
-        grid.SetFormatRow(row);
-        grid.SetCellBackColor(colour);
-    }
-    QRect CellRect(int column, int row) { return view.visualRect(view.Model().IndexOf(column, row)); }
-    QColor ColourAt(const QPoint& point) {
-        const QImage image = view.viewport()->grab().toImage();
-        return image.pixelColor(point * image.devicePixelRatio());
-    }
-    /// Pixels of a cell that have neither its back colour nor the lines'.
-    int Ink(int column, int row) {
-        const QRect rect = CellRect(column, row).adjusted(1, 1, -2, -2);
-        const QImage image = view.viewport()->grab(rect).toImage();
-        int ink = 0;
-        for (int y = 0; y < image.height(); ++y) {
-            for (int x = 0; x < image.width(); ++x) {
-                ink += image.pixelColor(x, y).lightness() < 100 ? 1 : 0;
-            }
-        }
-        return ink;
-    }
-    GridHeader::Cell HeaderCell(int column, int row) {
-        for (const GridHeader::Cell& cell : view.Header().VisibleCells()) {
-            if (cell.cells.column == column && cell.cells.row == row) {
-                return cell;
-            }
-        }
-        return {};
-    }
-
-    grid::ResultGrid grid;
-    GridView view;
-};
 
 TEST_F(GridOnScreen, JoinsTheHeaderAndShowsBothPaths) {
     grid.PutText(1, grid::kTopHeaderRow, "/데이터/" + std::string(200, 'a') + "/dbMain.mdb");
@@ -127,7 +56,7 @@ TEST_F(GridOnScreen, TheCurrentCellIsTheActiveCell) {
 
 TEST_F(GridOnScreen, PaintsColoursAndMergesEqualTableNames) {
     Fill(8, 3);
-    grid.ActivateCell(12, 8);
+    grid.ActivateCell(12, 6);
     Paint(5, 2, grid::colours::kRed);
     Paint(17, 3, grid::colours::kOneSided);
     EXPECT_EQ(ColourAt(CellRect(5, 2).center() + QPoint(20, 0)), QColor(255, 0, 0));
@@ -280,8 +209,8 @@ TEST_F(GridOnScreen, IsQuickWith200000Rows) {
     EXPECT_LT(Clock::now() - start, std::chrono::seconds(10));
 }
 
-/// The room at the designed size, beside a wide scroll bar.
-constexpr int kDesignedRoom = 871 - 2 - 17;
+/// The room at the designed size, beside a wide scroll bar with its strip.
+constexpr int kDesignedRoom = 871 - 2 - 17 - kOverviewWidth;
 
 TEST(ColumnWidths, HoldTheUsualTextsInTheDesignedRoomInAnyType) {
     for (const char* family : {"NanumGothic", "NanumBarunGothic", "DejaVu Sans", "DejaVu Sans Mono",

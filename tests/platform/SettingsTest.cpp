@@ -22,6 +22,7 @@ class Settings : public ::testing::Test {
   protected:
     Settings() { ::setenv("XDG_CONFIG_HOME", folder.File("config").c_str(), 1); }
     ~Settings() override { ::unsetenv("XDG_CONFIG_HOME"); }
+    void TearDown() override { UserSettings().Sync(); }  // while the folder is there
 
     static std::string Get(const std::string& key, const std::string& section = "환경설정") {
         return UserSettings().GetSetting("Tavrel", section, key);
@@ -114,7 +115,6 @@ TEST_F(Settings, AreWrittenWholeOrNotAtAll) {
 }
 
 TEST_F(Settings, AreSyncedOnceAndTellWhenTheyCannotBe) {
-    UserSettings().Sync();  // nothing was written
     Save("k", "1");
     UserSettings().Sync();
     fs::remove_all(folder.File("config"));

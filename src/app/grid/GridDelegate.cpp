@@ -2,6 +2,7 @@
 
 #include <cmath>
 
+#include <QAbstractItemView>
 #include <QPainter>
 
 #include "app/grid/GridColours.h"
@@ -41,6 +42,19 @@ void DrawSign(QPainter& painter, const QRect& rect, const CellLook& look) {
         painter.drawPolygon(
             QPolygon({corner, corner + QPoint(kSignCorner, 0), corner + QPoint(0, kSignCorner)}));
     }
+}
+
+/// A line above and one below the whole current row, so that it is found again on the other side.
+void DrawRowMark(QPainter& painter, const QStyleOptionViewItem& option, const QModelIndex& index) {
+    const auto* view = qobject_cast<const QAbstractItemView*>(option.widget);
+    if (view == nullptr || view->currentIndex().row() != index.row()) {
+        return;
+    }
+    const QRectF rect = option.rect;
+    const QColor colour = option.palette.color(QPalette::Highlight);
+    const double width = 2 * LineWidth(painter);
+    painter.fillRect(QRectF(rect.left(), rect.top(), rect.width(), width), colour);
+    painter.fillRect(QRectF(rect.left(), rect.bottom() - width, rect.width(), width), colour);
 }
 
 void DrawText(QPainter& painter, const QRect& room, int column, const QString& text) {
@@ -107,6 +121,7 @@ void GridDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
         painter->setPen(look.text);
         DrawText(*painter, TextRoom(option.rect, column, look.sign), column, ToQt(text));
     }
+    DrawRowMark(*painter, option, index);
     if (option.state.testFlag(QStyle::State_HasFocus)) {
         painter->setPen(look.text);
         painter->setBrush(Qt::NoBrush);

@@ -6,8 +6,8 @@
 #include <QMouseEvent>
 #include <QPainter>
 #include <QStyleOptionHeader>
-#include <QToolTip>
 
+#include "app/grid/PlainToolTip.h"
 #include "app/text/QtText.h"
 
 namespace tavrel::app {
@@ -156,7 +156,7 @@ bool GridHeader::viewportEvent(QEvent* event) {
     const std::vector<Cell> cells = VisibleCells();
     const Cell* cell = At(cells, help->pos());
     const bool cut = cell != nullptr && Fitting(*cell) != cell->text;
-    QToolTip::showText(help->globalPos(), cut ? cell->text : QString(), viewport());
+    ShowPlainToolTip(*help, cut ? cell->text : QString(), viewport());
     return true;
 }
 

@@ -9,13 +9,15 @@
 #include <QPainter>
 #include <QScrollBar>
 #include <QTimer>
-#include <QToolTip>
 
+#include "app/grid/CellWords.h"
 #include "app/grid/GridClipboard.h"
 #include "app/grid/GridColours.h"
 #include "app/grid/GridColumns.h"
 #include "app/grid/GridDelegate.h"
+#include "app/grid/GridGuide.h"
 #include "app/grid/GridHeader.h"
+#include "app/grid/PlainToolTip.h"
 #include "app/grid/RowNumbers.h"
 #include "app/text/QtText.h"
 
@@ -68,6 +70,7 @@ GridView::GridView(grid::ResultGrid& grid, QWidget* parent)
         header_->viewport()->update();
     });
     header_->onBandClicked = [this](int first, int last) { SelectColumns(first, last); };
+    guide_ = new GridGuide(*this, *model_, grid_);
     grid_.Observe(this);
 }
 
@@ -132,8 +135,26 @@ void GridView::ShowActiveCell() {
         return;
     }
     const Flag following(following_);
+    executeDelayedItemsLayout();
+    const bool amid = IsAmidTheSeen(active.row());
     setCurrentIndex(active);
     scrollTo(active);
+    if (!amid) {
+        verticalScrollBar()->setValue(active.row() - verticalScrollBar()->pageStep() / 3);
+    }
+}
+
+bool GridView::IsAmidTheSeen(int modelRow) const {
+    constexpr int kContext = 2;
+    const int first = verticalScrollBar()->value();
+    const int behind = first + verticalScrollBar()->pageStep();
+    const bool below = modelRow >= first + kContext || first == 0;
+    const bool above = modelRow + kContext < behind || behind >= model_->rowCount();
+    return modelRow >= first && modelRow < behind && below && above;
+}
+
+bool GridView::CloseFindLine() {
+    return guide_->CloseFindLine();
 }
 
 /// What the user makes the current cell is the grid's active cell.
@@ -230,6 +251,14 @@ int GridView::sizeHintForColumn(int column) const {
     return width;
 }
 
+QString GridView::ToolTipOf(const QModelIndex& index) const {
+    if (!index.isValid() || !grid_.Repaint()) {
+        return {};
+    }
+    const QString words = WordsForCell(grid_, index.column() + 1, model_->GridRow(index.row()));
+    return words.isEmpty() ? CutText(index) : words;
+}
+
 QString GridView::CutText(const QModelIndex& index) const {
     const QString text = model_->data(index).toString();
     const int column = index.column() + 1;
@@ -243,8 +272,7 @@ bool GridView::viewportEvent(QEvent* event) {
         return QTableView::viewportEvent(event);
     }
     auto* help = static_cast<QHelpEvent*>(event);
-    const QModelIndex index = indexAt(help->pos());
-    QToolTip::showText(help->globalPos(), index.isValid() ? CutText(index) : QString(), viewport());
+    ShowPlainToolTip(*help, ToolTipOf(indexAt(help->pos())), viewport());
     return true;
 }
 

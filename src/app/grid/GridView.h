@@ -11,6 +11,7 @@
 namespace tavrel::app {
 
 class GridDelegate;
+class GridGuide;
 class GridHeader;
 
 /// Shows a ResultGrid and follows it.  While the grid's Repaint is off nothing of the grid is read for
@@ -23,6 +24,8 @@ class GridView : public QTableView, private grid::GridObserver {
 
     [[nodiscard]] const GridModel& Model() const { return *model_; }
     [[nodiscard]] GridHeader& Header() const { return *header_; }
+    /// False: no line was open over the grid.
+    bool CloseFindLine();
     /// The selected cells go to the clipboard as tab-separated text.
     void CopySelection() const;
 
@@ -54,15 +57,19 @@ class GridView : public QTableView, private grid::GridObserver {
     void ShowMenuAtCell();
     void Reload();
     void ShowActiveCell();
+    /// The row is on screen, with others above and below it.
+    [[nodiscard]] bool IsAmidTheSeen(int modelRow) const;
     void FitColumns();
     void SelectColumns(int first, int last);
-    /// The cell's whole text when it does not fit into the cell.
+    /// What differs there, in words, and the cell's whole text when it does not fit into the cell.
+    [[nodiscard]] QString ToolTipOf(const QModelIndex& index) const;
     [[nodiscard]] QString CutText(const QModelIndex& index) const;
 
     grid::ResultGrid& grid_;
     GridModel* model_;
     GridDelegate* delegate_;
     GridHeader* header_;
+    GridGuide* guide_ = nullptr;
     bool following_ = false;     ///< the view takes the active cell from the grid, not the other way
     bool fitting_ = false;       ///< widths are being set by FitColumns
     bool widthsByUser_ = false;  ///< a column was dragged: widths stay from then on
