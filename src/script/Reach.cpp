@@ -22,10 +22,8 @@ using jet::IndexInfo;
 
 constexpr std::size_t kMaxIndexFields = 10;
 
-bool HasCounter(const std::vector<Column>& columns, const Column* except) {
-    return std::ranges::any_of(columns, [&](const Column& column) {
-        return &column != except && column.type == jet::ColumnType::Long && column.autonumber;
-    });
+bool HasCounter(const std::vector<Column>& columns) {
+    return std::ranges::any_of(columns, IsCounter);
 }
 
 bool SameIndex(const IndexInfo& a, const IndexInfo& b) {
@@ -42,7 +40,8 @@ class TableReach {
         const auto columns = Match(a.columns, b.columns);
         for (const auto& [ofA, ofB] : columns) {
             if (ofA != nullptr && (ofB != nullptr || Stays(a, *ofA))) {
-                table.columns.push_back(Present(a, *ofA, ofB));
+                table.columns.push_back(Present(
+                    a, *ofA, ofB, {.hasRows = a.rows > 0, .hasCounter = AnotherCounts(a, columns, ofA)}));
             }
         }
         AddNew(table, columns);
@@ -71,13 +70,25 @@ class TableReach {
         return loss_ == DataLoss::Refused || fixtures_.Fixed(table, column);
     }
 
-    [[nodiscard]] Column Present(const Table& table, const Column& present, const Column* wanted) const {
+    /// A counter of A, other than the column, that will still be one.
+    [[nodiscard]] bool AnotherCounts(const Table& a,
+                                     const std::vector<std::pair<const Column*, const Column*>>& columns,
+                                     const Column* column) const {
+        return std::ranges::any_of(columns, [&](const auto& pair) {
+            const auto& [ofA, ofB] = pair;
+            if (ofA == nullptr || ofA == column || !IsCounter(*ofA) || (ofB == nullptr && !Stays(a, *ofA))) {
+                return false;
+            }
+            return IsCounter(Present(a, *ofA, ofB, {.hasRows = a.rows > 0, .hasCounter = false}));
+        });
+    }
+
+    [[nodiscard]] Column Present(const Table& table, const Column& present, const Column* wanted,
+                                 const ColumnPlace& place) const {
         if (wanted == nullptr || fixtures_.Fixed(table, present)) {
             return present;
         }
-        return ReachColumn(present, *wanted,
-                           {.hasRows = table.rows > 0, .hasCounter = HasCounter(table.columns, &present)},
-                           loss_);
+        return ReachColumn(present, *wanted, place, loss_);
     }
 
     static void AddNew(Table& table, const std::vector<std::pair<const Column*, const Column*>>& columns) {
@@ -85,8 +96,8 @@ class TableReach {
             if (ofA != nullptr || !CanBeNamed(ofB->name) || FindNamed(table.columns, ofB->name) != nullptr) {
                 continue;
             }
-            if (auto column = ReachNewColumn(
-                    *ofB, {.hasRows = false, .hasCounter = HasCounter(table.columns, nullptr)})) {
+            if (auto column =
+                    ReachNewColumn(*ofB, {.hasRows = false, .hasCounter = HasCounter(table.columns)})) {
                 table.columns.push_back(std::move(*column));
             }
         }

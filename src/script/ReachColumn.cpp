@@ -39,11 +39,11 @@ void TakeStorage(Column& column, const Column& from) {
     column.fixedWidth = from.fixedWidth;
 }
 
+}  // namespace
+
 bool IsCounter(const Column& column) {
     return column.type == ColumnType::Long && column.autonumber;
 }
-
-}  // namespace
 
 std::optional<Column> ReachNewColumn(const Column& wanted, const ColumnPlace& place) {
     if (!HasTypeInStatements(wanted)) {

@@ -13,6 +13,9 @@ struct ColumnPlace {
     bool hasCounter = false;  ///< another column of the table counts already: no second one can
 };
 
+/// A column that numbers the rows; a table has one at most.
+bool IsCounter(const details::Column& column);
+
 /// The column as it can be added; nothing when no statement makes one of its type.
 std::optional<details::Column> ReachNewColumn(const details::Column& wanted, const ColumnPlace& place);
 

@@ -7,6 +7,7 @@
 #include "details/Words.h"
 #include "script/HeldRows.h"
 #include "script/Narrowing.h"
+#include "script/ReachColumn.h"
 #include "script/ReachRelations.h"
 #include "script/Statements.h"
 
@@ -24,10 +25,6 @@ using jet::RelationInfo;
 template <typename Thing>
 bool Same(const Thing& a, const Thing& b) {
     return DifferingAspects(details::FactsOf(a), details::FactsOf(b)).empty();
-}
-
-bool IsCounter(const Column& column) {
-    return column.type == jet::ColumnType::Long && column.autonumber;
 }
 
 std::string RowsInWords(std::uint64_t rows) {
@@ -124,8 +121,10 @@ class StepMaker {
 
     /// A table counts by one column: one that goes stops doing so before another begins.
     void StopCounting(const Table& old, const std::vector<std::pair<const Column*, const Column*>>& columns) {
-        const bool another = std::ranges::any_of(
-            columns, [](const auto& pair) { return pair.first == nullptr && IsCounter(*pair.second); });
+        const bool another = std::ranges::any_of(columns, [](const auto& pair) {
+            return pair.second != nullptr && IsCounter(*pair.second) &&
+                   (pair.first == nullptr || !IsCounter(*pair.first));
+        });
         for (const auto& [from, to] : columns) {
             if (another && to == nullptr && IsCounter(*from)) {
                 Column plain = *from;
@@ -139,12 +138,14 @@ class StepMaker {
     /// What is added comes before what goes: a table is never without columns.
     void ChangeColumns(const Table& old, const Table& fresh) {
         const auto columns = Match(old.columns, fresh.columns);
-        for (const auto& [from, to] : columns) {
-            if (from != nullptr && to != nullptr && !Same(*from, *to)) {
-                Add({ReasonToAlter(old.name, *from, *to), AlterColumn(old.name, *from, *to)});
+        StopCounting(old, columns);
+        for (const bool counting : {true, false}) {  // one stops before another begins
+            for (const auto& [from, to] : columns) {
+                if (from != nullptr && to != nullptr && IsCounter(*from) == counting && !Same(*from, *to)) {
+                    Add({ReasonToAlter(old.name, *from, *to), AlterColumn(old.name, *from, *to)});
+                }
             }
         }
-        StopCounting(old, columns);
         for (const auto& [from, to] : columns) {
             if (from == nullptr) {
                 Add({"필드 " + old.name + "." + to->name + ": B에만 있어 더합니다.",
