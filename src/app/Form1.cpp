@@ -57,7 +57,9 @@ Form1::Form1(FormServices services)
       run_(workbench_, services_.copies),
       keyCommands_(*this, [this](std::int16_t key, std::int16_t shift) { Form_KeyDown(key, shift); }),
       settings_(services_.settings, messages_),
-      opener_(messages_) {
+      opener_(messages_),
+      desk_({controls_, grid_, run_, files_, messages_,
+             [this](const std::string& path) { OpenDatabase(path); }}) {
     setObjectName(QStringLiteral("Form1"));
     setWindowIcon(AppIcon());
     controls_.FitFont();
@@ -130,7 +132,6 @@ void Form1::ConnectControls() {
     for (int i = 0; i < 3; ++i) {
         connect(&controls_.Option(i), &QCheckBox::toggled, this, [=, this] { Check1_Click(i); });
     }
-    controls_.Grid().onContextMenu = [this](const QPoint& place) { ShowGridMenu(place); };
 }
 
 void Form1::resizeEvent(QResizeEvent* event) {

@@ -12,15 +12,13 @@
 #include "app/DatabaseOpener.h"
 #include "app/FileChooser.h"
 #include "app/FormControls.h"
+#include "app/GridDesk.h"
 #include "app/KeyCommands.h"
 #include "app/QtMessageBox.h"
 #include "app/SettingsKeeper.h"
 #include "compare/CompareRun.h"
 
 namespace tavrel::app {
-
-struct ReportFormatLine;
-struct ScriptLine;
 
 /// What the window gets from outside.  Nothing is owned; what is pointed to must outlive the window.
 struct FormServices {
@@ -74,9 +72,6 @@ class Form1 : public QWidget {
     void ConnectSide(int index);
     void RestoreSettings();
     void OpenDatabase(const std::string& path);
-    void ShowGridMenu(const QPoint& place);
-    void SaveScriptOf(const ScriptLine& direction);
-    void SaveListing(const ReportFormatLine& format);
     [[nodiscard]] std::string PathOf(int index) const;
 
     FormServices services_;
@@ -96,6 +91,7 @@ class Form1 : public QWidget {
 
     SettingsKeeper settings_;
     DatabaseOpener opener_;
+    GridDesk desk_;
     std::string LastBrowseDir;
 };
 

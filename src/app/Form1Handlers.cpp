@@ -3,7 +3,6 @@
 #include <QDir>
 
 #include "app/Form1.h"
-#include "app/GridMenu.h"
 #include "app/logic/DatabasePath.h"
 #include "app/logic/GridCommands.h"
 #include "app/logic/Products.h"
@@ -137,32 +136,6 @@ void Form1::cmdCompact_Click(int index) {
          .pointer = &pointer_,
          .messages = &messages_,
          .validateDbPath = [this, index](const std::string& path) { return ValidateDbPath(path, index); }});
-}
-
-void Form1::ShowGridMenu(const QPoint& place) {
-    GridView& view = controls_.Grid();
-    GridMenuActions actions = {.copy = [&view] { view.CopySelection(); },
-                               .selectAll = [&view] { view.selectAll(); },
-                               .save = {},
-                               .script = {}};
-    if (run_.IsListed()) {
-        actions.save = [this](const ReportFormatLine& format) { SaveListing(format); };
-        actions.script = [this](const ScriptLine& direction) { SaveScriptOf(direction); };
-    }
-    MakeGridMenu(view, grid_.RowCount() > 0, actions)->exec(place);
-}
-
-void Form1::SaveScriptOf(const ScriptLine& direction) {
-    const compare::ComparisonResult result(grid_, run_.Differences());
-    const std::string folder = PathOf(0).empty() ? ProgramFolder() : FolderOf(PathOf(0));
-    SaveScript({{{std::string(result.PathA()), workbench_.txtPwd[0]->Text()},
-                 {std::string(result.PathB()), workbench_.txtPwd[1]->Text()}}},
-               direction, folder, files_, messages_);
-}
-
-void Form1::SaveListing(const ReportFormatLine& format) {
-    const std::string folder = PathOf(0).empty() ? ProgramFolder() : FolderOf(PathOf(0));
-    SaveComparison(compare::ComparisonResult(grid_, run_.Differences()), format, folder, files_, messages_);
 }
 
 }  // namespace tavrel::app

@@ -1,20 +1,18 @@
 #include "app/PathField.h"
 
-#include <QDir>
 #include <QDropEvent>
 #include <QFocusEvent>
 #include <QMimeData>
-#include <QUrl>
+
+#include "app/DroppedFiles.h"
 
 namespace tavrel::app {
 
 namespace {
 
-/// Path of the first file that the data carries; empty when it carries no list of files.
+/// Empty when the data carries no list of files.
 QString FirstFile(const QMimeData& data) {
-    const QList<QUrl> urls = data.urls();
-    const bool isFiles = !urls.isEmpty() && urls.first().isLocalFile();
-    return isFiles ? QDir::toNativeSeparators(urls.first().toLocalFile()) : QString();
+    return DroppedFiles(data).value(0);
 }
 
 }  // namespace

@@ -22,6 +22,18 @@ constexpr std::array<ReportFormatLine, 3> kFormats = {{
 constexpr const char* kDefaultName = "비교결과";
 constexpr const char* kFailed = "파일을 저장할 수 없습니다.\r\n\r\n";
 
+std::string NameOf(std::string_view path) {
+    const std::string_view name = path.substr(path.find_last_of("/\\") + 1);  // from 0 on where there is none
+    return std::string(name.substr(0, name.rfind('.')));
+}
+
+/// "A-B" for the databases A.mdb and B.mdb.
+std::string ProposedName(const compare::ComparisonResult& result) {
+    const std::string a = NameOf(result.PathA());
+    const std::string b = NameOf(result.PathB());
+    return a.empty() || b.empty() ? kDefaultName : a + "-" + b;
+}
+
 void Write(std::ostream& out, const compare::ComparisonResult& result, ReportFormat format) {
     switch (format) {
         case ReportFormat::Html:
@@ -54,17 +66,16 @@ bool SaveBytes(const std::string& path, const std::string& bytes, platform::Mess
     return saved;
 }
 
-void SaveComparison(const compare::ComparisonResult& result, const ReportFormatLine& format,
-                    const std::string& folder, FileChooser& files, platform::MessageBox& messages) {
-    const std::string chosen =
-        files.AskSave({std::string(kDefaultName) + format.suffix, folder, format.filter});
+std::string SaveComparison(const compare::ComparisonResult& result, const ReportFormatLine& format,
+                           const std::string& folder, FileChooser& files, platform::MessageBox& messages) {
+    const std::string chosen = files.AskSave({ProposedName(result) + format.suffix, folder, format.filter});
     if (chosen.empty()) {
-        return;
+        return {};
     }
     // A name without suffix gets none here: the dialog has asked about overwriting the name as it is.
     std::ostringstream text;
     Write(text, result, format.format);
-    SaveBytes(chosen, std::move(text).str(), messages);
+    return SaveBytes(chosen, std::move(text).str(), messages) ? chosen : std::string();
 }
 
 }  // namespace tavrel::app

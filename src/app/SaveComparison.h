@@ -26,8 +26,9 @@ std::span<const ReportFormatLine> ReportFormats();
 bool SaveBytes(const std::string& path, const std::string& bytes, platform::MessageBox& messages);
 
 /// Asks for a name and writes the comparison there, whole or not at all.  A failure is told in a message box.
-/// `folder` is where the dialog begins.
-void SaveComparison(const compare::ComparisonResult& result, const ReportFormatLine& format,
-                    const std::string& folder, FileChooser& files, platform::MessageBox& messages);
+/// `folder` is where the dialog begins; the name that it proposes is made of both databases'.  Returns the
+/// path that was written; empty when there is none.
+std::string SaveComparison(const compare::ComparisonResult& result, const ReportFormatLine& format,
+                           const std::string& folder, FileChooser& files, platform::MessageBox& messages);
 
 }  // namespace tavrel::app

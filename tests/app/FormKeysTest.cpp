@@ -216,10 +216,10 @@ class FormDrop : public FormKeys {
         bool entered;
         bool dropped;
     };
-    static Result Drop(QWidget& target, const QMimeData& data) {
-        QDragEnterEvent enter({5, 5}, Qt::CopyAction, &data, Qt::LeftButton, {});
+    static Result Drop(QWidget& target, const QMimeData& data, QPoint place = {5, 5}) {
+        QDragEnterEvent enter(place, Qt::CopyAction, &data, Qt::LeftButton, {});
         QApplication::sendEvent(&target, &enter);
-        QDropEvent drop({5, 5}, Qt::CopyAction, &data, Qt::LeftButton, {});
+        QDropEvent drop(place, Qt::CopyAction, &data, Qt::LeftButton, {});
         QApplication::sendEvent(&target, &drop);
         return {enter.isAccepted(), drop.isAccepted()};
     }
@@ -233,6 +233,24 @@ TEST_F(FormDrop, TakesTheFirstFileOnly) {
     EXPECT_TRUE(Drop(Path(1), data).dropped);
     EXPECT_EQ(TextOf("txtDBPath_1"), "/d/첫.mdb");
     EXPECT_EQ(settings.values["최근DB_B"], "/d/첫.mdb");
+}
+
+TEST_F(FormDrop, FilesOnTheGridFillASideOrBoth) {
+    Open();
+    QWidget& grid = *Find<GridView>("spList").viewport();
+    QMimeData one;
+    one.setUrls({QUrl::fromLocalFile("/d/하나.mdb")});
+    EXPECT_TRUE(Drop(grid, one, {grid.width() - 20, 9}).dropped);
+    EXPECT_EQ(TextOf("txtDBPath_0") + ";" + TextOf("txtDBPath_1"), ";/d/하나.mdb");
+    EXPECT_TRUE(Drop(grid, one, {20, 9}).entered);
+    EXPECT_EQ(TextOf("txtDBPath_0"), "/d/하나.mdb");
+    QMimeData two;
+    two.setUrls({QUrl::fromLocalFile("/d/1.mdb"), QUrl::fromLocalFile("/d/2.mdb")});
+    EXPECT_TRUE(Drop(grid, two, {20, 9}).dropped);
+    EXPECT_EQ(TextOf("txtDBPath_0") + ";" + TextOf("txtDBPath_1"), "/d/1.mdb;/d/2.mdb");
+    QMimeData text;
+    text.setText("/d/1.mdb");
+    EXPECT_FALSE(Drop(grid, text).dropped);
 }
 
 TEST_F(FormDrop, RefusesWhatIsNoFile) {

@@ -117,6 +117,24 @@ TEST_F(GridOnScreen, CopiesTheSelectionAsTabSeparatedText) {
     EXPECT_EQ(all.count('\t'), 3 * 20 + 1);  // one stands in a text
 }
 
+TEST_F(GridOnScreen, CopiesWithHeadersDifferingRowsAndOneCell) {
+    Fill(4, 2);
+    grid.PutText(6, 3, "a\t\"b\"");
+    const auto copied = [] { return FromQt(QApplication::clipboard()->text()); };
+    view.setCurrentIndex(view.Model().IndexOf(6, 3));
+    view.selectionModel()->select({view.Model().IndexOf(11, 1), view.Model().IndexOf(13, 3)},
+                                  QItemSelectionModel::ClearAndSelect);
+    QTest::keyClick(&view, Qt::Key_C, Qt::ControlModifier | Qt::ShiftModifier);
+    EXPECT_EQ(copied(), "비교\t테이블명 (B)\n\ttable0\n!\ttable0\n\ttable0\n");
+    view.CopyDiffering();
+    EXPECT_EQ(copied(), "!\ttable0\n");
+    view.CopyCell();
+    EXPECT_EQ(copied(), "a\t\"b\"");
+    view.selectionModel()->select(view.Model().IndexOf(5, 1), QItemSelectionModel::ClearAndSelect);
+    view.CopyDiffering();  // there is none
+    EXPECT_EQ(copied(), "a\t\"b\"");
+}
+
 TEST_F(GridOnScreen, AClickOnABandSelectsItsSide) {
     Fill(5, 2);
     const QRect band = HeaderCell(13, grid::kTopHeaderRow).rect;

@@ -111,20 +111,25 @@ TEST_F(MessageBoxes, TheGridsMenuOffersCopyingAndSaving) {
     std::vector<std::string> done;
     const GridMenuActions actions = {
         .copy = [&] { done.emplace_back("copy"); },
+        .copyWithHeaders = [&] { done.emplace_back("with headers"); },
+        .copyCell = [&] { done.emplace_back("cell"); },
+        .copyDiffering = [&] { done.emplace_back("differing"); },
         .selectAll = [&] { done.emplace_back("all"); },
+        .swapSides = [&] { done.emplace_back("swap"); },
         .save = [&](const ReportFormatLine& f) { done.emplace_back(f.suffix); },
         .script = [&](const ScriptLine& d) { done.push_back("from " + std::to_string(d.from)); }};
     const auto menu = MakeGridMenu(window, true, actions);
     for (QAction* action : menu->actions()) {
         action->trigger();
     }
-    EXPECT_EQ(done, (std::vector<std::string>{"copy", "all", ".html", ".csv", ".json", "from 0", "from 1"}));
+    EXPECT_EQ(done, (std::vector<std::string>{"copy", "with headers", "cell", "differing", "all", ".html",
+                                              ".csv", ".json", "from 0", "from 1", "swap"}));
     done.clear();
     const auto empty = MakeGridMenu(window, false, actions);
     for (QAction* action : empty->actions()) {
         action->trigger();
     }
-    EXPECT_TRUE(done.empty());
+    EXPECT_EQ(done, std::vector<std::string>{"swap"});
 }
 
 }  // namespace

@@ -153,7 +153,7 @@ TEST_F(Run, ShowsDifferencesOnlyAndSavesThem) {
         std::stringstream text;
         text << in.rdbuf();
         EXPECT_NE(text.str().find(field), std::string::npos) << format.suffix;
-        EXPECT_EQ(files.asked.back().name, std::string("비교결과") + format.suffix);
+        EXPECT_EQ(files.asked.back().name, std::string("dalvorii-96-dalvorii-133") + format.suffix);
     }
     files.answer = folder.File("no/such/folder.csv");
     SaveComparison(result, ReportFormats()[1], "", files, messages);

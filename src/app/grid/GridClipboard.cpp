@@ -6,6 +6,7 @@
 
 #include <QClipboard>
 #include <QGuiApplication>
+#include <QStringList>
 
 #include "app/text/QtText.h"
 
@@ -83,9 +84,35 @@ QString SelectionText(const GridModel& model, const QItemSelection& selection) {
     return ToQt(text);
 }
 
-void CopyToClipboard(const GridModel& model, const QItemSelection& selection) {
-    if (!selection.isEmpty()) {
-        QGuiApplication::clipboard()->setText(SelectionText(model, selection));
+QString SelectionTextWithHeaders(const GridModel& model, const QItemSelection& selection) {
+    QStringList captions;
+    for (const int column : BlockColumns(model, selection)) {
+        const QString caption = ToQt(grid::LayoutOf(column + 1).caption);
+        const int place = column + 1 - grid::kCompareColumn;
+        captions.append(place == 0  ? caption
+                        : place < 0 ? caption + QStringLiteral(" (A)")
+                                    : caption + QStringLiteral(" (B)"));
+    }
+    return captions.isEmpty()
+               ? QString()
+               : captions.join(QLatin1Char('\t')) + QLatin1Char('\n') + SelectionText(model, selection);
+}
+
+QItemSelection DifferingPart(const GridModel& model, const QItemSelection& selection) {
+    QItemSelection part;
+    for (const QItemSelectionRange& range : selection) {
+        for (int row = range.top(); row <= range.bottom(); ++row) {
+            if (model.Grid().Id(grid::kCompareColumn, model.GridRow(row)) != grid::kEmptyText) {
+                part.append({model.index(row, range.left()), model.index(row, range.right())});
+            }
+        }
+    }
+    return part;
+}
+
+void CopyToClipboard(const QString& text) {
+    if (!text.isEmpty()) {
+        QGuiApplication::clipboard()->setText(text);
     }
 }
 

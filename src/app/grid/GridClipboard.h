@@ -13,8 +13,12 @@ namespace tavrel::app {
 /// selected cell, are left out.  A text that holds a tab, a line end or a quote stands in quotes, as
 /// spreadsheets read it.
 QString SelectionText(const GridModel& model, const QItemSelection& selection);
+/// The same below a line of the columns' captions: "필드명 (A)", "비교".
+QString SelectionTextWithHeaders(const GridModel& model, const QItemSelection& selection);
+/// The part of the selection that lies in marked rows.
+QItemSelection DifferingPart(const GridModel& model, const QItemSelection& selection);
 
-/// Does nothing when nothing is selected.
-void CopyToClipboard(const GridModel& model, const QItemSelection& selection);
+/// Leaves the clipboard as it is when the text is empty.
+void CopyToClipboard(const QString& text);
 
 }  // namespace tavrel::app

@@ -284,6 +284,10 @@ void GridView::keyPressEvent(QKeyEvent* event) {
         event->accept();
         return;
     }
+    if (event->key() == Qt::Key_C && event->modifiers() == (Qt::ControlModifier | Qt::ShiftModifier)) {
+        CopyWithHeaders();
+        return;
+    }
     if (event->key() == Qt::Key_F10 && event->modifiers() == Qt::ShiftModifier) {
         ShowMenuAtCell();
         return;
@@ -292,7 +296,19 @@ void GridView::keyPressEvent(QKeyEvent* event) {
 }
 
 void GridView::CopySelection() const {
-    CopyToClipboard(*model_, selectionModel()->selection());
+    CopyToClipboard(SelectionText(*model_, selectionModel()->selection()));
+}
+
+void GridView::CopyWithHeaders() const {
+    CopyToClipboard(SelectionTextWithHeaders(*model_, selectionModel()->selection()));
+}
+
+void GridView::CopyDiffering() const {
+    CopyToClipboard(SelectionText(*model_, DifferingPart(*model_, selectionModel()->selection())));
+}
+
+void GridView::CopyCell() const {
+    CopyToClipboard(model_->data(currentIndex()).toString());
 }
 
 void GridView::contextMenuEvent(QContextMenuEvent* event) {

@@ -26,8 +26,12 @@ class GridView : public QTableView, private grid::GridObserver {
     [[nodiscard]] GridHeader& Header() const { return *header_; }
     /// False: no line was open over the grid.
     bool CloseFindLine();
-    /// The selected cells go to the clipboard as tab-separated text.
+    /// The selected cells go to the clipboard as tab-separated text: as they are, below their columns'
+    /// captions, those of marked rows only; the text of the current cell as it is.
     void CopySelection() const;
+    void CopyWithHeaders() const;
+    void CopyDiffering() const;
+    void CopyCell() const;
 
     /// Called for a right click, the menu key or Shift+F10, with the place on the screen.
     std::function<void(const QPoint&)> onContextMenu;
