@@ -79,7 +79,7 @@ TEST_F(GridGuideOnScreen, TheOverviewShowsWhereTheDifferencesLie) {
     const QImage image = bar.grab().toImage();
     const auto at = [&](int x, int row) {
         const int y = static_cast<int>((row - 1) * bar.height() / 1000);
-        return image.pixelColor(QPoint(x, y) * image.devicePixelRatio());
+        return image.pixelColor(QPoint(bar.width() - kOverviewWidth + x, y) * image.devicePixelRatio());
     };
     const QColor back = bar.palette().color(QPalette::Base);
     const QColor differs = at(1, 250);
@@ -92,8 +92,15 @@ TEST_F(GridGuideOnScreen, TheOverviewShowsWhereTheDifferencesLie) {
     EXPECT_NE(at(kOverviewWidth - 1, 750), back);
     EXPECT_EQ(at(1, 600), back);
     EXPECT_NE(at(1, 1), back);  // the frame
-    QTest::mouseClick(&bar, Qt::LeftButton, {}, {3, bar.height() * 3 / 4});
+    QTest::mouseClick(&bar, Qt::LeftButton, {}, {bar.width() - 3, bar.height() * 3 / 4});
     EXPECT_TRUE(view.viewport()->rect().contains(CellRect(12, 750)));
+    const int extent = bar.width() - kOverviewWidth;
+    EXPECT_EQ(extent, QScrollBar(Qt::Vertical).sizeHint().width());
+    const int shown = bar.value();
+    for (const int x : {2, extent - 3}) {  // both ends of the bar's own button
+        QTest::mouseClick(&bar, Qt::LeftButton, {}, {x, bar.height() - 4});
+    }
+    EXPECT_EQ(bar.value(), shown + 2);
     grid.SetRepaint(false);
     grid.SetRowCount(0);
     bar.repaint();  // reads nothing of the grid

@@ -40,14 +40,14 @@ QSize OverviewBar::sizeHint() const {
     return QScrollBar::sizeHint() + QSize(kOverviewWidth, 0);
 }
 
-/// The bar itself has the room beside the strip.
+/// The bar itself has the room beside the strip: its left part, for styles place a bar's parts from there on.
 void OverviewBar::initStyleOption(QStyleOptionSlider* option) const {
     QScrollBar::initStyleOption(option);
-    option->rect.setLeft(option->rect.left() + kOverviewWidth);
+    option->rect.setRight(option->rect.right() - kOverviewWidth);
 }
 
 QRect OverviewBar::Strip() const {
-    return {0, 0, kOverviewWidth, height()};
+    return {width() - kOverviewWidth, 0, kOverviewWidth, height()};
 }
 
 int OverviewBar::TopOf(int row) const {
@@ -63,13 +63,14 @@ void OverviewBar::paintEvent(QPaintEvent* event) {
     }
     painter.setPen(palette().color(QPalette::Text));
     const int top = TopOf(value());
-    painter.drawRect(0, top, kOverviewWidth - 1, std::max(TopOf(value() + pageStep()) - top - 1, kLeastMark));
+    painter.drawRect(Strip().left(), top, kOverviewWidth - 1,
+                     std::max(TopOf(value() + pageStep()) - top - 1, kLeastMark));
 }
 
 void OverviewBar::PaintMarks(QPainter& painter) const {
     const bool dark = IsDark(palette());
     for (const ToneLook& look : kLooks) {
-        const int left = look.left * kOverviewWidth / 2;
+        const int left = Strip().left() + look.left * kOverviewWidth / 2;
         const int width = (look.width * kOverviewWidth + 1) / 2;
         int painted = -1;  // rows above this height are, and many rows share a pixel
         for (const RowMark& mark : marks_.List()) {
