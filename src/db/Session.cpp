@@ -6,6 +6,7 @@
 #include "db/AdoErrors.h"
 #include "db/ConnectionString.h"
 #include "db/NextCode.h"
+#include "jet/sql/syntax/PlainName.h"
 #include "jet/sql/values/Values.h"
 #include "text/ProcedureError.h"
 
@@ -117,8 +118,10 @@ bool DBChkExistence(std::int32_t kind, const std::string& table, const std::stri
             return false;
         }
         ShowMessage({.text = ProcedureErrorText(error, "DBChkExistence", "Module modDBUpdate_ADO")});
+        return true;
     }
-    return true;
+    // "a b" runs where there is a column a, and answers nothing about one of that name.
+    return jet::sql::IsTableName(table) && (kind == kTableKind || jet::sql::IsColumnName(column));
 }
 
 }  // namespace tavrel::modDBsub

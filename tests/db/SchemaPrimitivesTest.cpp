@@ -99,6 +99,14 @@ TEST_F(Primitives, LeaveExistingColumnsAlone) {
     EXPECT_EQ(DBCount("t", ""), 1);
 }
 
+TEST_F(Primitives, AddColumnsWhoseNamesQueriesWouldTakeForOthers) {
+    Run({"CREATE TABLE t (a LONG)"});
+    EXPECT_TRUE(DBAddColumn("t", "a b", ColType::Long, 0, 1, ""));
+    EXPECT_TRUE(DBAddColumn("t", "True", ColType::Long, 0, 1, ""));
+    EXPECT_TRUE(DBChkExistence(kColumnKind, "t", "[a b]"));
+    EXPECT_TRUE(DBChkExistence(kColumnKind, "t", "[True]"));
+}
+
 TEST_F(Primitives, FillOnlyWhereNothingStands) {
     Run({"CREATE TABLE t (id LONG)", "INSERT INTO t VALUES (7)"});
     EXPECT_TRUE(DBAddColumn("t", "path", ColType::VarChar, 9, "", "UPDATE t SET path = '0101' & id"));

@@ -174,6 +174,22 @@ TEST_F(Session, ProbesWithoutReadingOrTelling) {
     EXPECT_EQ(sent[0], "value: SELECT * FROM t");
     EXPECT_EQ(sent[1], "value: SELECT ID FROM T");
     EXPECT_THAT(sent, SizeIs(9));
+    TakeSent();
+    // What the query would take for something else than a name is none.
+    for (const char* column :
+         {"id words",   "id AS words", "id, id",   "t.id",       "*",
+          "t.*",        "1",           "'id'",     "(id)",       "-id",
+          "COUNT(*)",   "id & id",     "True",     "NULL",       "Now()",
+          "@@IDENTITY", "DISTINCT id", "TOP 1 id", "(SELECT 1)", "id FROM t UNION SELECT id"}) {
+        EXPECT_FALSE(DBChkExistence(kColumnKind, "t", column)) << column;
+    }
+    for (const char* table : {"t x", "t AS x", "t, t AS x", "t WHERE 1 = 1", "t;", "(SELECT id FROM t)",
+                              "t INNER JOIN t AS x ON t.id = x.id"}) {
+        EXPECT_FALSE(DBChkExistence(kTableKind, table, "")) << table;
+        EXPECT_FALSE(DBChkExistence(kColumnKind, table, "t.id")) << table;
+    }
+    EXPECT_TRUE(DBChkExistence(kColumnKind, "`T`", " id "));
+    EXPECT_THAT(messages.shown, IsEmpty());
     // Any other failure is told and taken for existence.
     EXPECT_TRUE(DBChkExistence(kColumnKind, "t", "id = 'x'"));
     ASSERT_THAT(messages.shown, SizeIs(1));

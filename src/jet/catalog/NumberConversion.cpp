@@ -94,6 +94,17 @@ void Rescale(Decimal& decimal, unsigned scale) {
     }
 }
 
+/// The number x 10^scale, rounded half to even.
+std::int64_t ScaledFromDecimal(Decimal decimal, unsigned scale) {
+    Rescale(decimal, scale);
+    const std::uint64_t magnitude = std::uint64_t{decimal.words[2]} << 32 | decimal.words[3];
+    constexpr std::uint64_t kLargest = std::numeric_limits<std::int64_t>::max();
+    if (decimal.words[0] != 0 || decimal.words[1] != 0 || magnitude > kLargest + (decimal.negative ? 1 : 0)) {
+        ThrowOutOfRange();
+    }
+    return static_cast<std::int64_t>(decimal.negative ? 0 - magnitude : magnitude);
+}
+
 Decimal DecimalFromScaled(std::int64_t scaled, unsigned scale) {
     const bool negative = scaled < 0;
     const std::uint64_t magnitude =
@@ -101,6 +112,34 @@ Decimal DecimalFromScaled(std::int64_t scaled, unsigned scale) {
     return {{0, 0, static_cast<std::uint32_t>(magnitude >> 32), static_cast<std::uint32_t>(magnitude)},
             negative,
             static_cast<std::uint8_t>(scale)};
+}
+
+/// REQUIRES: a whole number.
+Decimal DecimalFromScaled(double scaled, unsigned scale) {
+    constexpr double kWordEnd = 4294967296.0;
+    Decimal decimal{{}, scaled < 0, static_cast<std::uint8_t>(scale)};
+    double rest = std::fabs(scaled);
+    if (!std::isfinite(rest)) {
+        ThrowOutOfRange();
+    }
+    for (std::size_t i = decimal.words.size(); i-- > 0;) {
+        const double word = std::fmod(rest, kWordEnd);
+        decimal.words[i] = static_cast<std::uint32_t>(word);
+        rest = (rest - word) / kWordEnd;
+    }
+    if (rest != 0) {
+        ThrowOutOfRange();
+    }
+    return decimal;
+}
+
+/// With up to `scale` decimals: no more than a Double of that size can have.
+Decimal DecimalFromDouble(double value, unsigned scale) {
+    constexpr double kEnd = 9223372036854775808.0;
+    while (scale > 0 && std::fabs(value) * std::pow(10.0, scale) >= kEnd) {
+        --scale;
+    }
+    return DecimalFromScaled(std::nearbyint(value * std::pow(10.0, scale)), scale);
 }
 
 double DoubleFromDecimal(const Decimal& decimal) {
@@ -145,6 +184,9 @@ std::int64_t ToInteger(const Value& value) {
     if (const auto* currency = std::get_if<Currency>(&value)) {
         return DividedToEven(currency->scaled, kCurrencyUnit);
     }
+    if (const auto* decimal = std::get_if<Decimal>(&value)) {
+        return ScaledFromDecimal(*decimal, 0);
+    }
     return Rounded(ToDouble(value));
 }
 
@@ -170,7 +212,17 @@ std::int64_t ToCurrency(const Value& value) {
         }
         return *number * kCurrencyUnit;
     }
-    return Rounded(ToDouble(value) * static_cast<double>(kCurrencyUnit));
+    if (const auto* decimal = std::get_if<Decimal>(&value)) {
+        return ScaledFromDecimal(*decimal, kCurrencyScale);
+    }
+    const double number = ToDouble(value);
+    using Limits = std::numeric_limits<std::int64_t>;
+    for (const std::int64_t end : {Limits::min(), Limits::max()}) {
+        if (number == ToDouble(Currency{end})) {
+            return end;
+        }
+    }
+    return Rounded(number * static_cast<double>(kCurrencyUnit));
 }
 
 Decimal ToDecimal(const Value& value, unsigned precision, unsigned scale) {
@@ -182,7 +234,7 @@ Decimal ToDecimal(const Value& value, unsigned precision, unsigned scale) {
     } else if (const auto* whole = std::get_if<std::int64_t>(&value)) {
         decimal = DecimalFromScaled(*whole, 0);
     } else {
-        decimal = DecimalFromScaled(Rounded(ToDouble(value) * std::pow(10.0, scale)), scale);
+        decimal = DecimalFromDouble(ToDouble(value), scale);
     }
     Rescale(decimal, scale);
     if (DigitCount(decimal.words) > precision) {

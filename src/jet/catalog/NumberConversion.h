@@ -9,10 +9,12 @@ namespace tavrel::jet {
 
 inline constexpr std::int32_t kNumberOutOfRange = 3349;
 
+/// Decimals and Currencies exactly, whatever a Double could hold of them.
 std::int64_t ToInteger(const Value& value);
 double ToDouble(const Value& value);
 float ToSingle(const Value& value);
-/// The value x 10,000.
+/// The value x 10,000; Decimals exactly.  The Doubles next to the largest and the smallest Currency are
+/// these.
 std::int64_t ToCurrency(const Value& value);
 /// With exactly `scale` decimals; at most `precision` digits.
 Decimal ToDecimal(const Value& value, unsigned precision, unsigned scale);

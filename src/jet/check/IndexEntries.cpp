@@ -92,8 +92,8 @@ KeyNulls IndexEntries::NullsOf(const RowView& view) const {
     return nulls;
 }
 
-/// The key is computed again from the row.  A text with a character of unknown weight ends the comparison:
-/// only its flag byte is known.
+/// The key is computed again from the row.  A text with a character of unknown weight ends the comparison, as
+/// does one that makes the key longer than is known: only its flag byte is.
 void IndexEntries::CheckKey(RowPointer slot, const RowView& view, ByteView key) {
     std::size_t at = 0;
     for (const KeyColumn& keyColumn : columns_) {
@@ -108,7 +108,7 @@ void IndexEntries::CheckKey(RowPointer slot, const RowView& view, ByteView key) 
             }
         }
         std::optional<ByteVector> wanted = EncodeKeyColumn(column, value, keyColumn.ascending);
-        const bool known = wanted.has_value();
+        const bool known = wanted && at + wanted->size() <= kLongestKnownKey;
         if (!known) {
             wanted = ByteVector{keyColumn.ascending ? kNotNull : kNotNullDescending};
         }

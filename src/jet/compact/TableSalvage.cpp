@@ -83,14 +83,15 @@ bool TableSalvage::AddKeys(RowPointer at, const StoredFields& fields) {
     return true;
 }
 
-/// The key from the values; where a character's weight is not known, the key that the old index has.
+/// The key from the values; where a character's weight is not known, or the key is very long, the one that
+/// the old index has.
 void TableSalvage::MakeKey(std::size_t index, RowPointer at, const StoredFields& fields, RowKey& key) {
     Index& entries = indexes_[index];
     try {
         entries.maker.Make(fields, key);
         return;
     } catch (const Error& error) {
-        if (error.Number() != errors::kUnknownSortWeight) {
+        if (error.Number() != errors::kUnknownSortWeight && error.Number() != errors::kRecordTooLarge) {
             throw;
         }
         if (!entries.haveOldKeys) {

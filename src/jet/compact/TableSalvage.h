@@ -23,7 +23,7 @@ struct SalvagedRows {
     std::uint64_t leftOut = 0;   ///< of these, told: keys that exist already, nulls where none may be
 };
 
-/// The key of a row in an index cannot be made: 3990, and the old index does not have it either.
+/// The key of a row in an index cannot be made: 3990 or 3047, and the old index does not have it either.
 class UnknownKey : public Error {
   public:
     UnknownKey(const Error& error, std::size_t index) : Error(error), index_(index) {}

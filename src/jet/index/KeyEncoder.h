@@ -22,7 +22,12 @@
 
 namespace tavrel::jet {
 
-/// What becomes of a character whose weight is not known in a sort order.
+/// Keys up to this length, all columns together, are the same for every program.  Whether and where the
+/// engine cuts longer ones is not known.
+inline constexpr std::size_t kLongestKnownKey = 255;
+
+/// What becomes of a character whose weight is not known in a sort order, and of a key longer than
+/// kLongestKnownKey, which is written whole where stand-ins are.
 enum class UnknownWeights {
     Refuse,
     /// It weighs FF and three bytes that spell its upper-case code, seven bits each plus 2: behind all known

@@ -91,7 +91,8 @@ class IndexRangeReader : public sql::IndexCursor {
         if (bytes) {
             AppendBytes(key, *bytes);
         }
-        return bytes.has_value();
+        // A longer key may be stored in another form: it is not looked up.
+        return bytes && key.size() <= kLongestKnownKey;
     }
 
     [[nodiscard]] bool BehindLast(ByteView key) const {

@@ -130,14 +130,14 @@ void EditedTable::AddEntry(std::size_t index, const RowKey& key, RowPointer at) 
 }
 
 /// Takes out the entry of a row with these fields.  Where its key cannot be made (a character of unknown
-/// weight), or an engine has made another, the entry is found by its row.
+/// weight, a great length), or an engine has made another, the entry is found by its row.
 void EditedTable::RemoveEntry(std::size_t index, const StoredFields& fields, RowPointer at) {
     Index& edited = indexes_[index];
     RowKey key;
     try {
         edited.maker.Make(fields, key);
     } catch (const Error& error) {
-        if (error.Number() != errors::kUnknownSortWeight) {
+        if (error.Number() != errors::kUnknownSortWeight && error.Number() != errors::kRecordTooLarge) {
             throw;
         }
         key.bytes.clear();

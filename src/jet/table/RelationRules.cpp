@@ -94,6 +94,7 @@ std::optional<RowKey> RelationRules::PartnerKey(const EditedTable& table, const 
         }
         AppendBytes(key.bytes, *part);
     }
+    key.standIn = key.standIn || key.bytes.size() > kLongestKnownKey;
     return key;
 }
 

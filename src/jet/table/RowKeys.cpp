@@ -38,7 +38,8 @@ void KeyMaker::Make(const StoredFields& fields, RowKey& key) const {
         key.hasNull = key.hasNull || !field;
         key.allNull = key.allNull && !field;
     }
-    if (key.bytes.size() > kMaxKeyBytes) {
+    key.standIn = key.standIn || key.bytes.size() > kLongestKnownKey;
+    if (key.bytes.size() > (unknown_ == UnknownWeights::Refuse ? kLongestKnownKey : kMaxKeyBytes)) {
         throw MakeError(errors::kRecordTooLarge, {},
                         "인덱스 키 " + std::to_string(key.bytes.size()) + "바이트");
     }

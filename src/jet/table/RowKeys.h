@@ -19,7 +19,7 @@ struct RowKey {
     ByteVector bytes;
     bool hasNull = false;
     bool allNull = true;
-    bool standIn = false;  ///< a character has a stand-in weight: other programs make another key
+    bool standIn = false;  ///< a stand-in weight, or a great length: other programs may make another key
 };
 
 /// Makes the keys of one index.
@@ -29,8 +29,8 @@ class KeyMaker {
     KeyMaker(const TableDefinition& table, const std::vector<IndexColumn>& columns,
              UnknownWeights unknown = UnknownWeights::Refuse);
 
-    /// `key` is filled anew.  Throws 3990 for a character of unknown weight that is refused, 3047 for a key
-    /// that no page can hold.
+    /// `key` is filled anew.  Throws 3990 for a character of unknown weight, 3047 for a key longer than
+    /// kLongestKnownKey; where stand-ins are wanted only 3047 for one that no page can hold.
     void Make(const StoredFields& fields, RowKey& key) const;
     /// Marks the columns that the key is made of.
     void MarkColumns(std::vector<bool>& wanted) const;

@@ -62,6 +62,57 @@ TEST_F(Change, UpdateConvertsAndCounts) {
     EXPECT_EQ(All("n, name"), "3|o2;4|t2;5|12");
 }
 
+/// What a text becomes in columns of three types; empty: out of range.
+TEST_F(Change, TextsAndDecimalsKeepAllTheirDigits) {
+    struct Case {
+        const char *text, *currency, *whole;
+    };
+    const Case cases[] = {
+        {"12345678901234.5678", "12345678901234.5678", ""},
+        {"-12345678901234.56785", "-12345678901234.5678", ""},
+        {"-12345678901234.56785000000001", "-12345678901234.5679", ""},
+        {"922337203685477.5807", "922337203685477.5807", ""},
+        {"922337203685477.58074999999", "922337203685477.5807", ""},
+        {"922337203685477.58075", "", ""},
+        {"-922337203685477.5808", "-922337203685477.5808", ""},
+        {"-922337203685477.5809", "", ""},
+        {"9.223372036854775807E14", "922337203685477.5807", ""},
+        {"18446744073709551616.5", "", ""},
+        {"0.00004999999999999999999999", "0", "0"},
+        {"0.00005", "0", "0"},
+        {"0.00015", "0.0002", "0"},
+        {"9E-300", "0", "0"},
+        {"1E300", "", ""},
+        {"1.4999999999999999999999", "1.5", "1"},
+        {"2147483647.4999999999999", "2147483647.5", "2147483647"},
+        {"2147483647.5", "2147483647.5", ""},
+    };
+    const auto converted = [&](const std::string& column, const std::string& value) {
+        const std::int32_t failure = database.Failure("UPDATE v SET " + column + " = " + value);
+        EXPECT_TRUE(failure == 0 || failure == 3349) << failure;
+        return failure == 0 ? database.Run("SELECT " + column + " FROM v") : std::string();
+    };
+    database.Run("CREATE TABLE v (m CURRENCY, n LONG, x DECIMAL(28, 7))");
+    database.Run("INSERT INTO v VALUES (0, 0, 0)");
+    for (const Case& c : cases) {
+        const std::string text = "'" + std::string(c.text) + "'";
+        EXPECT_EQ(converted("m", text), c.currency) << text;
+        EXPECT_EQ(converted("n", text), c.whole) << text;
+        EXPECT_EQ(database.Failure("SELECT CCUR(" + text + ")") == 0, *c.currency != 0) << text;
+        if (std::string_view(c.text).size() <= 22 && converted("x", text) != "") {
+            EXPECT_EQ(converted("m", "x"), c.currency) << text;
+            EXPECT_EQ(converted("n", "x"), c.whole) << text;
+        }
+    }
+    // Whatever a Double holds goes back where it came from.
+    EXPECT_EQ(converted("m", "CDBL('922337203685477.5807')"), "922337203685477.5807");
+    EXPECT_EQ(converted("m", "CDBL('-922337203685477.5808')"), "-922337203685477.5808");
+    EXPECT_EQ(converted("m", "922337203685477.75"), "");
+    EXPECT_EQ(converted("x", "147573952589676412928"), "147573952589676412928");
+    EXPECT_EQ(converted("x", "1E21"), "");
+    EXPECT_EQ(converted("x", "1E300"), "");
+}
+
 TEST_F(Change, RightSidesSeeOldValues) {
     database.Run("UPDATE t SET n = id, b = n WHERE id < 3");
     EXPECT_EQ(All("n, b"), "1|1;2|2;~|~");

@@ -28,9 +28,17 @@ constexpr WholeRange kRanges[] = {
     throw MakeError(errors::kTypeMismatch);
 }
 
+NumberText NumberIn(const std::string& text) {
+    auto number = ReadNumber(text);
+    if (!number) {
+        ThrowMismatch();
+    }
+    return std::move(*number);
+}
+
 std::int64_t WholeFor(ColumnType type, const Value& value) {
-    const std::int64_t whole =
-        std::holds_alternative<std::string>(value) ? ToInteger(NumberOf(value)) : ToInteger(value);
+    const auto* text = std::get_if<std::string>(&value);
+    const std::int64_t whole = text != nullptr ? ScaledOf(NumberIn(*text), 0) : ToInteger(value);
     const auto* range = std::ranges::find(kRanges, type, &WholeRange::type);
     if (whole < range->lowest || whole > range->highest) {
         throw MakeError(sqlErrors::kNumberOverflow);
@@ -43,11 +51,13 @@ Decimal DecimalFor(const TableColumn& column, const Value& value) {
     if (text == nullptr) {
         return ToDecimal(value, column.precision, column.scale);
     }
-    const auto number = ReadNumber(*text);
-    if (!number) {
-        ThrowMismatch();
-    }
-    return ToDecimal(DecimalOf(*number), column.precision, column.scale);
+    return ToDecimal(DecimalOf(NumberIn(*text)), column.precision, column.scale);
+}
+
+Currency CurrencyFor(const Value& value) {
+    constexpr unsigned kDecimals = 4;
+    const auto* text = std::get_if<std::string>(&value);
+    return {text != nullptr ? ScaledOf(NumberIn(*text), kDecimals) : ToCurrency(value)};
 }
 
 Date DateFor(const Value& value) {
@@ -158,7 +168,7 @@ void ConvertFor(const TableColumn& column, const Value& value, Value& out) {
             out = WholeFor(column.type, value);
             return;
         case ColumnType::Currency:
-            out = Currency{text != nullptr ? ToCurrency(NumberOf(value)) : ToCurrency(value)};
+            out = CurrencyFor(value);
             return;
         case ColumnType::Single:
             out = text != nullptr ? ToSingle(NumberOf(value)) : ToSingle(value);

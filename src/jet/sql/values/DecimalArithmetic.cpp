@@ -1,7 +1,6 @@
 #include "jet/sql/values/DecimalArithmetic.h"
 
 #include <algorithm>
-#include <limits>
 
 #include "jet/catalog/NumberConversion.h"
 
@@ -82,14 +81,7 @@ Decimal MultiplyDecimals(const Decimal& a, const Decimal& b) {
 }
 
 Currency CurrencyOf(const Decimal& decimal) {
-    const Decimal rounded = ToDecimal(decimal, kDecimalDigits, kCurrencyScale);
-    const std::uint64_t magnitude = std::uint64_t{rounded.words[2]} << 32 | rounded.words[3];
-    if (rounded.words[0] != 0 || rounded.words[1] != 0 ||
-        magnitude > static_cast<std::uint64_t>(std::numeric_limits<std::int64_t>::max())) {
-        throw MakeError(kNumberOutOfRange);
-    }
-    const auto scaled = static_cast<std::int64_t>(magnitude);
-    return {rounded.negative ? -scaled : scaled};
+    return {ToCurrency(decimal)};
 }
 
 Decimal DecimalOf(const Currency& currency) {

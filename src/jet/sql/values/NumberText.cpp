@@ -4,6 +4,7 @@
 #include <array>
 #include <charconv>
 #include <cmath>
+#include <limits>
 #include <utility>
 
 #include "jet/catalog/NumberConversion.h"
@@ -222,6 +223,32 @@ double DoubleOf(const NumberText& number) {
         throw MakeError(sqlErrors::kNumberOverflow);
     }
     return value;
+}
+
+std::int64_t ScaledOf(const NumberText& number, unsigned scale) {
+    constexpr std::int64_t kMostDigits = 20;
+    const std::int64_t places = static_cast<std::int64_t>(number.digits.size()) + number.exponent + scale;
+    if (places < 0 || number.digits == "0") {
+        return 0;
+    }
+    if (places > kMostDigits) {
+        throw MakeError(sqlErrors::kNumberOverflow);
+    }
+    std::string whole = number.digits.substr(0, static_cast<std::size_t>(places));
+    const std::string rest = number.digits.substr(whole.size());
+    whole.append(static_cast<std::size_t>(places) - whole.size(), '0');
+    std::uint64_t magnitude = 0;
+    const bool fits = whole.empty() ||
+                      std::from_chars(whole.data(), whole.data() + whole.size(), magnitude).ec == std::errc{};
+    const bool half = !rest.empty() && rest[0] == '5' && rest.find_first_not_of('0', 1) == std::string::npos;
+    const bool up = !rest.empty() && (half ? magnitude % 2 != 0 : rest[0] >= '5');
+    const std::uint64_t limit =
+        static_cast<std::uint64_t>(std::numeric_limits<std::int64_t>::max()) + (number.negative ? 1 : 0);
+    if (!fits || magnitude > limit - (up ? 1 : 0)) {
+        throw MakeError(sqlErrors::kNumberOverflow);
+    }
+    magnitude += up ? 1 : 0;
+    return static_cast<std::int64_t>(number.negative ? 0 - magnitude : magnitude);
 }
 
 Decimal DecimalOf(const NumberText& number) {

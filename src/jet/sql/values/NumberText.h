@@ -23,6 +23,8 @@ std::optional<NumberText> ReadNumber(std::string_view text);
 
 /// Throws 3349 beyond the range.
 double DoubleOf(const NumberText& number);
+/// The value x 10^scale, rounded half to even; every digit counts.  Throws 3349 beyond 64 bits.
+std::int64_t ScaledOf(const NumberText& number, unsigned scale);
 /// With the decimals of the text; throws 3349 beyond 28 digits.
 Decimal DecimalOf(const NumberText& number);
 
