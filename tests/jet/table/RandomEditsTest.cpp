@@ -124,7 +124,7 @@ class Model {
     void InsertChild() {
         const auto parent = static_cast<std::int64_t>(random_() % 4000);
         Row row = {Null{}, random_() % 10 == 0 ? Value{Null{}} : Value{parent},
-                   random_() % 3 == 0 ? Value{Null{}} : Value{RandomText(255)}};
+                   random_() % 3 == 0 ? Value{Null{}} : Value{RandomText(jet::kLongestKnownKey - 2)}};
         jet::RowPointer at{};
         const auto error =
             bench_->Change([&] { at = bench_->relations.Insert(bench_->Table("child"), row); });
