@@ -6,6 +6,7 @@
 #include <QTableView>
 
 #include "app/grid/FindLine.h"
+#include "app/grid/GridZoom.h"
 #include "app/grid/OverviewBar.h"
 #include "app/grid/PlaceCorner.h"
 #include "app/grid/TableChooser.h"
@@ -30,6 +31,7 @@ GridGuide::GridGuide(QTableView& view, const GridModel& model, grid::ResultGrid&
     connect(view.selectionModel(), &QItemSelectionModel::currentChanged, this, [this] { CurrentChanged(); });
     view.viewport()->installEventFilter(this);
     AddKeys();
+    new GridZoom(view);
 }
 
 void GridGuide::AddKeys() {
