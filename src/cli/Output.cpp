@@ -107,9 +107,4 @@ void ReportFile::Commit() {
     }
 }
 
-bool IsSameFile(const std::string& a, const std::string& b) {
-    std::error_code ignored;  // a file that is not there is the same as no other
-    return fs::equivalent(PathOf(a), PathOf(b), ignored);
-}
-
 }  // namespace tavrel::cli

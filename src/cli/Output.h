@@ -40,7 +40,4 @@ class ReportFile {
     std::unique_ptr<std::ostream> stream_;
 };
 
-/// True when both names lead to one existing file.
-bool IsSameFile(const std::string& a, const std::string& b);
-
 }  // namespace tavrel::cli

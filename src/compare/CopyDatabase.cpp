@@ -8,6 +8,7 @@
 #include "jet/storage/Journal.h"
 #include "platform/File.h"
 #include "platform/FileSystem.h"
+#include "platform/SameFile.h"
 
 namespace tavrel::compare {
 
@@ -54,13 +55,8 @@ void CopyOver(platform::File& source, const std::string& from, const std::string
 
 }  // namespace
 
-bool IsSameFile(const std::string& a, const std::string& b) {
-    std::error_code missing;
-    return std::filesystem::equivalent(PathOf(a), PathOf(b), missing);
-}
-
 void CopyDatabase(const std::string& from, const std::string& to) {
-    if (IsSameFile(from, to)) {
+    if (platform::IsSameFile(from, to)) {
         throw MakeError(errors::kFileExists, {}, to);
     }
     const auto database = platform::OpenFile(from, platform::FileAccess::Read);

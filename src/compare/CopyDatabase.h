@@ -10,7 +10,4 @@ namespace tavrel::compare {
 /// its owner may change it.  Throws Error, 58 when both are the same file.
 void CopyDatabase(const std::string& from, const std::string& to);
 
-/// True when both names lead to one existing file.
-bool IsSameFile(const std::string& a, const std::string& b);
-
 }  // namespace tavrel::compare

@@ -6,6 +6,7 @@
 #include "compare/Products.h"
 #include "db/Session.h"
 #include "platform/FileSystem.h"
+#include "platform/SameFile.h"
 #include "text/Error.h"
 
 namespace tavrel::compare {
@@ -61,7 +62,7 @@ std::string MadeFolder(const std::string& folder, const std::string& pathA, cons
     if (platform::FolderExists(folder)) {
         return folder;
     }
-    if (IsSameFile(folder, pathA)) {
+    if (platform::IsSameFile(folder, pathA)) {
         throw MakeError(errors::kFileExists, {},
                         "DB A의 이름에 소문자 \".mdb\"가 없어 작업 폴더의 이름이 그 파일과 같음");
     }
@@ -97,7 +98,7 @@ std::unique_ptr<platform::File> LockFolder(const std::string& folder) {
 
 /// Neither copy may take the place of one of the two databases.
 void RefuseOwnFiles(const std::string& copy, const std::string& pathA, const std::string& pathB) {
-    if (IsSameFile(copy, pathA) || IsSameFile(copy, pathB)) {
+    if (platform::IsSameFile(copy, pathA) || platform::IsSameFile(copy, pathB)) {
         throw MakeError(errors::kFileExists, {}, "비교할 데이터베이스에는 작업 사본을 만들 수 없음");
     }
 }

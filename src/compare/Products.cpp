@@ -11,10 +11,14 @@ namespace tavrel::compare {
 namespace {
 
 constexpr std::array<Product, 4> kProducts = {{
-    {"DalvorII", "breltII", modDBPatch_BRELT::ChkDBpatch, modDBPatch_BRELT::kTarget},
-    {"VintrelII", "KilmII", modDBPatch_KILM::ChkDBpatch, modDBPatch_KILM::kTarget},
-    {"VintrelPro", "KilmPro", modDBPatch_KILMPRO::ChkDBpatch, modDBPatch_KILMPRO::kTarget},
-    {"PellamII", "norbixII", modDBPatch_NORB::ChkDBpatch, modDBPatch_NORB::kTarget},
+    {"DalvorII", "breltII", modDBPatch_BRELT::ChkDBpatch, modDBPatch_BRELT::kTarget,
+     R"(C:\DalvorII\DBS\dbMain.mdb)", R"(DalvorII\)"},
+    {"VintrelII", "KilmII", modDBPatch_KILM::ChkDBpatch, modDBPatch_KILM::kTarget,
+     R"(C:\VintrelII\DBS\dbMain.mdb)", R"(VintrelII\)"},
+    {"VintrelPro", "KilmPro", modDBPatch_KILMPRO::ChkDBpatch, modDBPatch_KILMPRO::kTarget,
+     R"(C:\VintrelPro\DBS\dbMain.mdb)", "pro"},
+    {"PellamII", "norbixII", modDBPatch_NORB::ChkDBpatch, modDBPatch_NORB::kTarget,
+     R"(C:\PellamII\DBS\dbMain.mdb)", "Pellam"},
 }};
 
 template <class Fits>

@@ -1,4 +1,4 @@
-// The four products and the patch drivers that belong to them.
+// The four products: the one table from which the window, the command line and the compare run take them.
 #pragma once
 
 #include <span>
@@ -8,10 +8,12 @@
 namespace tavrel::compare {
 
 struct Product {
-    std::string_view item;  ///< text in the product list
-    std::string_view code;  ///< AppCode
-    bool (*ChkDBpatch)();   ///< patch driver; works on the open session
-    int target;             ///< version to which it brings a database
+    std::string_view item;         ///< text in the product list
+    std::string_view code;         ///< AppCode
+    bool (*ChkDBpatch)();          ///< patch driver; works on the open session
+    int target;                    ///< version to which it brings a database
+    std::string_view defaultPath;  ///< where its database lies at a site
+    std::string_view pathPart;     ///< a path that holds this chooses it, unless a product above has done so
 };
 
 /// In list order.

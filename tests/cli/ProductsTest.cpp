@@ -6,6 +6,7 @@
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
 
+#include "patch/Modules.h"
 #include "support/DatabaseBuilder.h"
 #include "support/JetTools.h"
 #include "support/RunProgram.h"
@@ -85,14 +86,13 @@ TEST_F(ProductFiles, ArePatchedInPlace) {
     struct Case {
         const char* file;
         const char* product;
-        const char* last;
+        int target;
     };
-    for (const Case& c :
-         {Case{"dalvorii-96.mdb", "dalvorii", "UPDATE dbversion SET ver = 141 WHERE dbid = 'main'"},
-          Case{"dalvorii-1.mdb", "breltII", "UPDATE dbversion SET ver = 141 WHERE dbid = 'main'"},
-          Case{"vintrelii-1.mdb", "vintrelii", "UPDATE dbversion SET ver = 135 WHERE dbid = 'main'"},
-          Case{"vintrelpro-1.mdb", "vintrelpro", "UPDATE dbversion SET ver = 70 WHERE dbid = 'main'"},
-          Case{"pellamii-1.mdb", "pellamii", "UPDATE dbversion SET ver = 14 WHERE dbid = 'main'"}}) {
+    for (const Case& c : {Case{"dalvorii-96.mdb", "dalvorii", modDBPatch_BRELT::kTarget},
+                          Case{"dalvorii-1.mdb", "breltII", modDBPatch_BRELT::kTarget},
+                          Case{"vintrelii-1.mdb", "vintrelii", modDBPatch_KILM::kTarget},
+                          Case{"vintrelpro-1.mdb", "vintrelpro", modDBPatch_KILMPRO::kTarget},
+                          Case{"pellamii-1.mdb", "pellamii", modDBPatch_NORB::kTarget}}) {
         SCOPED_TRACE(c.file);
         const std::string file = Copy(c.file);
         const std::string trace = folder_->File("trace.jsonl");
@@ -102,7 +102,9 @@ TEST_F(ProductFiles, ArePatchedInPlace) {
         const std::vector<json> sent = TraceOf(trace);
         EXPECT_EQ(sent.front().dump(),
                   R"({"kind":"value","sql":"SELECT ver FROM dbversion WHERE dbid='main'"})");
-        EXPECT_EQ(sent.back(), json({{"kind", "execute"}, {"sql", c.last}}));
+        const std::string last =
+            "UPDATE dbversion SET ver = " + std::to_string(c.target) + " WHERE dbid = 'main'";
+        EXPECT_EQ(sent.back(), json({{"kind", "execute"}, {"sql", last}}));
         EXPECT_EQ(RunCli({"check", file, "--strict"}).exitCode, 0);
         // The second time there is nothing to do.
         EXPECT_EQ(RunCli({"patch", "--product", c.product, file, "--trace", trace}).exitCode, 0);

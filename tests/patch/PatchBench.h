@@ -28,25 +28,25 @@ struct ProductUnderTest {
 };
 
 inline constexpr ProductUnderTest kBrelt{"brelt",
-                                         141,
+                                         modDBPatch_BRELT::kTarget,
                                          patch::MakeBaseOfBrelt,
                                          modDBPatch_BRELT::ChkDBpatch,
                                          modDBPatch_BRELT::Steps,
                                          modDBPatch_BRELT::Procedures};
 inline constexpr ProductUnderTest kKilm{"kilm",
-                                        135,
+                                        modDBPatch_KILM::kTarget,
                                         patch::MakeBaseOfKilm,
                                         modDBPatch_KILM::ChkDBpatch,
                                         modDBPatch_KILM::Steps,
                                         modDBPatch_KILM::Procedures};
 inline constexpr ProductUnderTest kKilmPro{"kilmpro",
-                                           70,
+                                           modDBPatch_KILMPRO::kTarget,
                                            patch::MakeBaseOfKilmPro,
                                            modDBPatch_KILMPRO::ChkDBpatch,
                                            modDBPatch_KILMPRO::Steps,
                                            modDBPatch_KILMPRO::Procedures};
 inline constexpr ProductUnderTest kNorb{"norb",
-                                        14,
+                                        modDBPatch_NORB::kTarget,
                                         patch::MakeBaseOfNorb,
                                         modDBPatch_NORB::ChkDBpatch,
                                         modDBPatch_NORB::Steps,

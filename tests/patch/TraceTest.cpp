@@ -10,15 +10,19 @@ using ::testing::IsEmpty;
 
 struct TraceCase {
     const ProductUnderTest& product;
-    std::vector<int> versions;
+    std::vector<int> versions;  ///< beside those around the latest
 };
 
 class Trace : public ::testing::TestWithParam<TraceCase> {};
 
 TEST_P(Trace, IsTheOneThatTheListsDemand) {
-    for (const int version : GetParam().versions) {
+    const ProductUnderTest& product = GetParam().product;
+    std::vector<int> versions = GetParam().versions;
+    for (const int beside : {-1, 0, 1}) {
+        versions.push_back(product.target + beside);
+    }
+    for (const int version : versions) {
         SCOPED_TRACE("from version " + std::to_string(version));
-        const ProductUnderTest& product = GetParam().product;
         PatchBench bench(product, version);
         EXPECT_TRUE(bench.Patch());
         EXPECT_THAT(bench.messages, IsEmpty());
@@ -32,11 +36,10 @@ TEST_P(Trace, IsTheOneThatTheListsDemand) {
 
 INSTANTIATE_TEST_SUITE_P(
     Products, Trace,
-    ::testing::Values(TraceCase{kBrelt,
-                                {0, 1, 5, 9, 10, 12, 14, 15, 56, 86, 96, 127, 133, 135, 137, 140, 141, 142}},
-                      TraceCase{kKilm, {0, 1, 5, 7, 8, 9, 12, 13, 19, 52, 66, 129, 131, 134, 135, 136}},
-                      TraceCase{kKilmPro, {0, 1, 2, 9, 23, 50, 51, 52, 66, 69, 70, 71}},
-                      TraceCase{kNorb, {0, 1, 2, 8, 9, 10, 11, 12, 13, 14, 15}}),
+    ::testing::Values(TraceCase{kBrelt, {0, 1, 5, 9, 10, 12, 14, 15, 56, 86, 96, 127, 133, 135, 137}},
+                      TraceCase{kKilm, {0, 1, 5, 7, 8, 9, 12, 13, 19, 52, 66, 129, 131}},
+                      TraceCase{kKilmPro, {0, 1, 2, 9, 23, 50, 51, 52, 66}},
+                      TraceCase{kNorb, {0, 1, 2, 8, 9, 10, 11, 12}}),
     [](const auto& info) { return info.param.product.name; });
 
 // A table that is in the way of a procedure which reports its own error does not end the list.
@@ -48,7 +51,7 @@ TEST(Trace, GoesOnAfterAProcedureThatTraps) {
     EXPECT_TRUE(bench.messages[0].starts_with("Error -2147217900 (")) << bench.messages[0];
     EXPECT_TRUE(bench.messages[0].ends_with(") in procedure CreateTBL_holiday1 of Module modMain_dbPatch"));
     EXPECT_FALSE(modDBsub::DBChkExistence(modDBsub::kTableKind, "holiday1_d", ""));
-    EXPECT_EQ(PatchBench::Value("SELECT ver FROM dbversion"), "141");
+    EXPECT_EQ(PatchBench::Value("SELECT ver FROM dbversion"), std::to_string(kBrelt.target));
 }
 
 TEST(Trace, LeavesARelationOutWhenOrphansStandInItsWay) {

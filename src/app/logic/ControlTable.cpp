@@ -55,10 +55,6 @@ std::size_t ControlPlaceOf(std::string_view name, int index) {
     return static_cast<std::size_t>(found - kControls.begin());
 }
 
-const ControlEntry& ControlNamed(std::string_view name, int index) {
-    return kControls[ControlPlaceOf(name, index)];
-}
-
 std::string ObjectName(const ControlEntry& control) {
     std::string name(control.name);
     return control.index == kNoIndex ? name : name + "_" + std::to_string(control.index);

@@ -53,8 +53,7 @@ struct ControlEntry {
 /// In the order in which people read the window, which is the tab order.
 std::span<const ControlEntry> ControlTable();
 
-/// The control's line.  REQUIRES: there is such a control.
-const ControlEntry& ControlNamed(std::string_view name, int index = kNoIndex);
+/// Where the control's line stands in the table.  REQUIRES: there is such a control.
 std::size_t ControlPlaceOf(std::string_view name, int index = kNoIndex);
 
 /// "cmdComp", "txtDBPath_0".

@@ -1,4 +1,4 @@
-// The products of the list, and which of them a path belongs to.
+// The window's list of products, and which of them a path belongs to.
 #pragma once
 
 #include <optional>

@@ -11,6 +11,7 @@
 #include "compare/SchemaSnapshot.h"
 #include "details/ReadSchema.h"
 #include "platform/FileSystem.h"
+#include "platform/SameFile.h"
 #include "report/ComparisonReport.h"
 #include "report/HtmlReport.h"
 
@@ -87,7 +88,7 @@ class CompareCommand : public Command {
 
     void RefuseToOverwriteInput() const {
         if (!output_.empty() &&
-            (IsSameFile(output_, request_.a.path) || IsSameFile(output_, request_.b.path))) {
+            (platform::IsSameFile(output_, request_.a.path) || platform::IsSameFile(output_, request_.b.path))) {
             throw MakeError(errors::kFileExists, {}, "비교할 데이터베이스에는 결과를 쓸 수 없음");
         }
     }

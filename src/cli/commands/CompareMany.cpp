@@ -7,6 +7,7 @@
 #include "cli/Output.h"
 #include "cli/TerminalProgress.h"
 #include "platform/FileSystem.h"
+#include "platform/SameFile.h"
 #include "report/DisplayText.h"
 #include "report/HtmlReport.h"
 #include "report/SurveyReport.h"
@@ -67,7 +68,7 @@ class PageWriter : public survey::Listener {
 };
 
 void RefuseToOverwriteInput(const ManyOptions& options) {
-    const auto isOutput = [&](const std::string& file) { return IsSameFile(options.output, file); };
+    const auto isOutput = [&](const std::string& file) { return platform::IsSameFile(options.output, file); };
     if (!options.output.empty() &&
         (isOutput(options.request.compare.a.path) || std::ranges::any_of(options.request.files, isOutput))) {
         throw MakeError(errors::kFileExists, {}, "비교할 데이터베이스에는 결과를 쓸 수 없음");

@@ -9,6 +9,7 @@
 #include "compare/Products.h"
 #include "db/Session.h"
 #include "patch/Runner.h"
+#include "platform/SameFile.h"
 
 namespace tavrel::cli {
 
@@ -108,7 +109,7 @@ class PatchCommand : public Command {
     }
 
     ExitCode Run() override {
-        if (!trace_.empty() && IsSameFile(trace_, file_)) {
+        if (!trace_.empty() && platform::IsSameFile(trace_, file_)) {
             throw MakeError(errors::kFileExists, {}, "패치할 데이터베이스에는 쓸 수 없음");
         }
         KeptMessages messages;

@@ -7,6 +7,7 @@
 #include "compare/Headless.h"
 #include "details/Words.h"
 #include "jet/database/Database.h"
+#include "platform/SameFile.h"
 #include "report/ScriptText.h"
 
 namespace tavrel::cli {
@@ -43,8 +44,8 @@ class ScriptCommand : public Command {
 
   private:
     void RefuseToOverwriteInput() const {
-        if (!output_.empty() &&
-            (IsSameFile(output_, request_.a.path) || IsSameFile(output_, request_.b.path))) {
+        if (!output_.empty() && (platform::IsSameFile(output_, request_.a.path) ||
+                                 platform::IsSameFile(output_, request_.b.path))) {
             throw MakeError(errors::kFileExists, {}, "데이터베이스에는 SQL을 쓸 수 없음");
         }
     }
