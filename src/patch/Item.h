@@ -12,6 +12,8 @@
 #include <span>
 #include <stdexcept>
 #include <string_view>
+#include <type_traits>
+#include <utility>
 #include <variant>
 
 #include "db/SchemaPrimitives.h"
@@ -228,8 +230,30 @@ struct InsteadOf {
 /// In a table of differences: the items below come at the end of the block.
 struct AtEnd {};
 
-using Item = std::variant<Step, Procedure, Add, Alter, Relation, Constraint, Index, Call, Run, Seed, Table,
-                          Column, Columns, OnlyWhenEmpty, StepsFrom, ItemsOf, ItemOf, InsteadOf, AtEnd>;
+// ---- the three kinds of words
+
+/// Opens a block.
+using Heading = std::variant<Step, Procedure>;
+/// Stands in a block and is run.  Whoever looks into blocks has a case for each of these, or does not
+/// compile.
+using BlockItem = std::variant<Add, Alter, Relation, Constraint, Index, Call, Run, Seed, Table, Column,
+                               Columns, OnlyWhenEmpty>;
+/// Used up while the blocks are made.
+using Derivation = std::variant<StepsFrom, ItemsOf, ItemOf, InsteadOf, AtEnd>;
+
+template <class Word, class Words>
+inline constexpr bool kIsOneOf = false;
+template <class Word, class... Words>
+inline constexpr bool kIsOneOf<Word, std::variant<Words...>> = (std::is_same_v<Word, Words> || ...);
+template <class Word>
+concept BlockWord = kIsOneOf<Word, BlockItem>;
+
+template <class... Headings, class... Words, class... Derivations>
+std::variant<Headings..., Words..., Derivations...> AnyOf(std::variant<Headings...>, std::variant<Words...>,
+                                                          std::variant<Derivations...>);
+
+/// One line of a list.
+using Item = decltype(AnyOf(std::declval<Heading>(), std::declval<BlockItem>(), std::declval<Derivation>()));
 
 /// A table of items, part of a list.
 using Items = std::span<const Item>;

@@ -83,14 +83,17 @@ class BlockRunner {
         modDBsub::DBExecute(statement.Text());
     }
 
-    /// Everything else has been used up when the blocks were made.
-    template <class Other>
-    void operator()(const Other&) const {
-        throw std::logic_error("an item that cannot be run");
-    }
+    void operator()(const Column& item) const { RefuseToRun(item.name); }
+    void operator()(const Columns& /*item*/) const { RefuseToRun("several"); }
 
   private:
-    const std::vector<Item>& items_;
+    /// The table above takes its columns; one that is left over is a mistake in a list, which no user can
+    /// cause.
+    [[noreturn]] static void RefuseToRun(std::string_view column) {
+        throw std::logic_error("a column without a table: " + std::string(column));
+    }
+
+    const std::vector<BlockItem>& items_;
     const Script& procedures_;
     std::size_t place_ = 0;
     bool ended_ = false;

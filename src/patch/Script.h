@@ -12,8 +12,8 @@ namespace tavrel::patch {
 
 /// The items below one heading.
 struct Block {
-    std::variant<Step, Procedure> heading;
-    std::vector<Item> items;
+    Heading heading;
+    std::vector<BlockItem> items;
 };
 
 /// The steps of a migration list in ascending order, or the procedures of a module.
@@ -38,11 +38,11 @@ class Script {
     [[nodiscard]] const Block* FindProcedure(std::string_view name) const;
 
   private:
+    class Reader;
+    class Changer;
+
     void Read(Items table, const Script* other);
-    void TakeSteps(const StepsFrom& range, const Script& other);
-    void TakeItems(const ItemsOf& range, const Script& other);
-    void TakeItem(const ItemOf& wanted, const Script& other);
-    Block& BlockUnder(const Item& heading);
+    Block& BlockUnder(const Heading& heading);
 
     std::vector<Block> blocks_;
 };

@@ -20,7 +20,7 @@ std::string_view NullClause(Nullable nullable) {
 
 TableStatement::TableStatement(const Table& table) : table_(table) {}
 
-bool TableStatement::Take(const Item& item) {
+bool TableStatement::Take(const BlockItem& item) {
     if (const Column* column = std::get_if<Column>(&item)) {
         Add(*column);
         return true;

@@ -13,7 +13,7 @@ class TableStatement {
     explicit TableStatement(const Table& table);
 
     /// Adds the columns of a Column or Columns item; false for any other item.
-    bool Take(const Item& item);
+    bool Take(const BlockItem& item);
     /// The whole statement, the key at its end.
     [[nodiscard]] std::string Text() const;
 
