@@ -4,7 +4,7 @@
 
 #include <benchmark/benchmark.h>
 
-#include "compare/StructureComparison.h"
+#include "workbench/StructureComparison.h"
 
 namespace {
 
@@ -73,17 +73,17 @@ void Compare(benchmark::State& state, Shape shape, bool dropOneSided) {
     options[0].value = dropOneSided ? 1 : 0;
     options[2].value = 1;
     SilentMessages messages;
-    compare::WorkbenchControls controls{.Check1 = {&options[0], &options[1], &options[2]},
-                                        .ProgressBar1 = {&bars[0], &bars[1]},
-                                        .messages = &messages,
-                                        .spList = &grid,
-                                        .AppCode = {}};
+    workbench::WorkbenchControls controls{.Check1 = {&options[0], &options[1], &options[2]},
+                                          .ProgressBar1 = {&bars[0], &bars[1]},
+                                          .messages = &messages,
+                                          .spList = &grid,
+                                          .AppCode = {}};
     for (auto _ : state) {
         state.PauseTiming();
         grid.SetRowCount(0);
         FillBoth(grid, static_cast<int>(state.range(0)), shape);
         state.ResumeTiming();
-        benchmark::DoNotOptimize(compare::CompareSnapshots(controls));
+        benchmark::DoNotOptimize(workbench::CompareSnapshots(controls));
     }
     ReportRows(state);
 }

@@ -9,7 +9,7 @@
 #include <QProgressBar>
 
 #include "app/text/QtText.h"
-#include "compare/WorkbenchControls.h"
+#include "workbench/WorkbenchControls.h"
 
 namespace tavrel::app {
 
@@ -78,7 +78,7 @@ class ProgressBarView : public platform::ProgressBar {
     int value_ = 0;
 };
 
-class MessageFieldView : public compare::MessageField {
+class MessageFieldView : public workbench::MessageField {
   public:
     explicit MessageFieldView(QLineEdit& field) : field_(field) {}
     void SetVisible(bool visible) override {

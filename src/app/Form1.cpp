@@ -23,8 +23,8 @@ struct Form1::Adapters {
           bars{ProgressBarView(controls.Bar(0)), ProgressBarView(controls.Bar(1))},
           maketb(controls.Field("maketb")) {}
 
-    compare::WorkbenchControls Wire(platform::Pointer& pointer, platform::MessageBox& messages,
-                                    grid::ResultGrid& grid) {
+    workbench::WorkbenchControls Wire(platform::Pointer& pointer, platform::MessageBox& messages,
+                                      grid::ResultGrid& grid) {
         return {.txtDBPath = {&paths[0], &paths[1]},
                 .txtPwd = {&passwords[0], &passwords[1]},
                 .cmbTblName = {&tables[0], &tables[1]},

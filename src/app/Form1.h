@@ -16,16 +16,16 @@
 #include "app/KeyCommands.h"
 #include "app/QtMessageBox.h"
 #include "app/SettingsKeeper.h"
-#include "compare/CompareRun.h"
+#include "workbench/CompareRun.h"
 
 namespace tavrel::app {
 
 /// What the window gets from outside.  Nothing is owned; what is pointed to must outlive the window.
 struct FormServices {
     platform::SettingsStore& settings;
-    platform::MessageBox* messages = nullptr;  ///< null: boxes on the screen
-    FileChooser* files = nullptr;              ///< null: dialogs on the screen
-    compare::WorkingCopies* copies = nullptr;  ///< null: no product can be compared
+    platform::MessageBox* messages = nullptr;    ///< null: boxes on the screen
+    FileChooser* files = nullptr;                ///< null: dialogs on the screen
+    workbench::WorkingCopies* copies = nullptr;  ///< null: no product can be compared
     /// False: a newer version takes over.  Empty: no update.
     std::function<bool(platform::MessageBox&)> runAutoUpdate = {};
     /// Opens a database in the program that belongs to it; empty: the system does, and a message says when it
@@ -85,8 +85,8 @@ class Form1 : public QWidget {
     WindowPointer pointer_;
     struct Adapters;
     std::unique_ptr<Adapters> adapters_;
-    compare::WorkbenchControls workbench_;
-    compare::CompareRun run_;
+    workbench::WorkbenchControls workbench_;
+    workbench::CompareRun run_;
     KeyCommands keyCommands_;
 
     SettingsKeeper settings_;

@@ -6,9 +6,9 @@
 #include "app/logic/DatabasePath.h"
 #include "app/logic/GridCommands.h"
 #include "app/logic/Products.h"
-#include "compare/CompactCommand.h"
-#include "compare/OpenInAccess.h"
 #include "text/Error.h"
+#include "workbench/CompactCommand.h"
+#include "workbench/OpenInAccess.h"
 
 namespace tavrel::app {
 
@@ -115,7 +115,7 @@ bool Form1::ValidateDbPath(const std::string& path, int index) {
 }
 
 void Form1::cmdAccess_Click(int index) {
-    compare::cmdAccess_Click(
+    workbench::cmdAccess_Click(
         *workbench_.txtDBPath[static_cast<std::size_t>(index)],
         [this, index](const std::string& path) { return ValidateDbPath(path, index); },
         [this](const std::string& path) { OpenDatabase(path); });
@@ -131,7 +131,7 @@ void Form1::OpenDatabase(const std::string& path) {
 
 void Form1::cmdCompact_Click(int index) {
     settings_.Flush();
-    compare::cmdCompact_Click(
+    workbench::cmdCompact_Click(
         {.txtDBPath = workbench_.txtDBPath[static_cast<std::size_t>(index)],
          .pointer = &pointer_,
          .messages = &messages_,

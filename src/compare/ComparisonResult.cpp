@@ -2,13 +2,14 @@
 
 #include <algorithm>
 
-#include "compare/StructureComparison.h"
-
 namespace tavrel::compare {
 
 namespace {
 
 namespace cell = grid::cell;
+
+constexpr const char* kEqual = "두 DB의 구조가 일치 합니다.";
+constexpr const char* kFound = "건의 다른곳이 발견 되었습니다.";
 
 int GridRow(std::size_t index) {
     return static_cast<int>(index) + 1;
@@ -47,6 +48,10 @@ SideCells SideOf(const grid::ResultGrid& grid, int offset, int row) {
         cells[i] = grid.Text(offset + static_cast<int>(i) + 1, row);
     }
     return cells;
+}
+
+std::string DifferenceMessage(int differences) {
+    return differences == 0 ? kEqual : std::to_string(differences) + kFound;
 }
 
 std::vector<std::string_view> ResultRow::RedNames() const {

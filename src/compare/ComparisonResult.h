@@ -24,6 +24,9 @@ using SideCells = std::array<std::string_view, kCellCount>;
 /// The texts of a row of the grid, side A with offset 0, side B with grid::kSideBOffset.  Rows count from 1.
 SideCells SideOf(const grid::ResultGrid& grid, int offset, int row);
 
+/// What a comparison says at its end.
+std::string DifferenceMessage(int differences);
+
 enum class OneSided : std::uint8_t { None, A, B };
 
 struct ResultRow {

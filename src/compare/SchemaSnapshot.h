@@ -3,20 +3,17 @@
 
 #include <string>
 
-#include "compare/WorkbenchControls.h"
+#include "grid/ResultGrid.h"
+#include "platform/Dialogs.h"
 
 namespace tavrel::compare {
 
-/// What a snapshot needs of the window.
+/// Where a snapshot goes, and who is told of it.
 struct SnapshotTarget {
     grid::ResultGrid& grid;
     platform::ProgressBar& progress;
     platform::MessageBox& messages;
 };
-
-inline SnapshotTarget TargetOf(WorkbenchControls& controls) {
-    return {*controls.spList, *controls.ProgressBar1[0], *controls.messages};
-}
 
 /// Lists the tables of `path` in side A (columns 1 to 11, the grid is emptied first) or side B (13 to 23).
 /// `tableFilter` empty: every user table, else the one of that name, letter case ignored.  False when the

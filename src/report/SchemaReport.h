@@ -3,7 +3,7 @@
 
 #include <ostream>
 
-#include "compare/Headless.h"
+#include "compare/SchemaRows.h"
 #include "report/TextTable.h"
 
 namespace tavrel::report {

@@ -100,7 +100,7 @@ class Surveyor {
     }
 
     void Compare(std::size_t file, Outcome& outcome) {
-        compare::CompareRequest request = request_.compare;
+        workbench::CompareRequest request = request_.compare;
         request.b.path = outcome.path;
         std::unique_ptr<PatchedCopy> copy;
         if (product_ != nullptr) {
@@ -113,14 +113,14 @@ class Surveyor {
         KeptReason messages;
         NoProgress phase, overall;
         const auto result =
-            compare::CompareDatabases(request, {.messages = messages, .phase = phase, .overall = overall});
+            workbench::CompareDatabases(request, {.messages = messages, .phase = phase, .overall = overall});
         if (!result) {
             throw Failure(messages.Text());
         }
         Count(file, request, *result, outcome);
     }
 
-    void Count(std::size_t file, const compare::CompareRequest& request,
+    void Count(std::size_t file, const workbench::CompareRequest& request,
                const compare::ComparisonResult& result, Outcome& outcome) {
         outcome.rows = result.Differences();
         outcome.tally = TallyOf(result);

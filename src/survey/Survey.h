@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "compare/Headless.h"
 #include "details/Differences.h"
+#include "workbench/Headless.h"
 
 namespace tavrel::survey {
 
@@ -30,7 +30,7 @@ struct Outcome {
 };
 
 struct Request {
-    compare::CompareRequest
+    workbench::CompareRequest
         compare;  ///< `a` is the reference; of `b` password and table count for every file
     std::vector<std::string> files;
     bool details = false;  ///< indexes and relations are compared, too

@@ -75,9 +75,9 @@ struct ChosenFiles : FileChooser {
 };
 
 /// Stands in for the working copies: does what it is told while the copies would be made.
-struct FakeCopies : compare::WorkingCopies {
-    std::function<void(compare::WorkbenchControls&)> work;
-    bool Prepare(compare::WorkbenchControls& controls, std::string&, std::string&) override {
+struct FakeCopies : workbench::WorkingCopies {
+    std::function<void(workbench::WorkbenchControls&)> work;
+    bool Prepare(workbench::WorkbenchControls& controls, std::string&, std::string&) override {
         if (work) {
             work(controls);
         }

@@ -100,7 +100,7 @@ TEST_F(Run, ShowsTheMessageFieldWhileCopiesAreMade) {
     OpenWithDatabases();
     Find<QComboBox>("cmbApp").setCurrentIndex(1);
     PaintWatch field(Find<QLineEdit>("maketb"));
-    copies.work = [&](compare::WorkbenchControls& controls) {
+    copies.work = [&](workbench::WorkbenchControls& controls) {
         EXPECT_EQ(controls.AppCode, "breltII");
         controls.maketb->SetVisible(true);
         controls.maketb->SetFocus();

@@ -4,9 +4,9 @@
 #include "app/Form1.h"
 #include "app/FormFont.h"
 #include "app/KoreanWords.h"
-#include "compare/PatchedCopies.h"
 #include "platform/Settings.h"
 #include "update/StartUp.h"
+#include "workbench/PatchedCopies.h"
 
 int main(int argc, char** argv) {
     QApplication application(argc, argv);
@@ -14,7 +14,7 @@ int main(int argc, char** argv) {
     QApplication::setDesktopFileName(QStringLiteral("kr.ardel.Tavrel"));
     QApplication::setFont(tavrel::app::FormFont());
     tavrel::app::InstallKoreanWords();
-    tavrel::compare::PatchedCopies copies;
+    tavrel::workbench::PatchedCopies copies;
     tavrel::app::Form1 form({.settings = tavrel::platform::UserSettings(),
                              .copies = &copies,
                              .runAutoUpdate = tavrel::update::RunStartUpUpdate});

@@ -11,8 +11,8 @@
 #include "app/Form1.h"
 #include "app/FormFont.h"
 #include "app/KoreanWords.h"
-#include "compare/PatchedCopies.h"
 #include "platform/Settings.h"
+#include "workbench/PatchedCopies.h"
 
 namespace {
 
@@ -47,7 +47,7 @@ int main(int argc, char** argv) {
     QApplication::setFont(tavrel::app::FormFont());
     tavrel::app::InstallKoreanWords();
     PrintedMessages messages;
-    tavrel::compare::PatchedCopies copies;
+    tavrel::workbench::PatchedCopies copies;
     tavrel::app::Form1 form(
         {.settings = tavrel::platform::UserSettings(), .messages = &messages, .copies = &copies});
     form.Form_Load();

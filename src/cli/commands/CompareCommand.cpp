@@ -7,13 +7,13 @@
 #include "cli/ProductOption.h"
 #include "cli/TerminalProgress.h"
 #include "cli/commands/CompareMany.h"
-#include "compare/Headless.h"
 #include "compare/SchemaSnapshot.h"
 #include "details/ReadSchema.h"
 #include "platform/FileSystem.h"
 #include "platform/SameFile.h"
 #include "report/ComparisonReport.h"
 #include "report/HtmlReport.h"
+#include "workbench/Headless.h"
 
 namespace tavrel::cli {
 
@@ -78,7 +78,7 @@ class CompareCommand : public Command {
 
     /// The files that were compared, which may be working copies.
     [[nodiscard]] report::Details DetailsOf(const compare::ComparisonResult& result) const {
-        const auto read = [](std::string_view path, const compare::DatabaseChoice& side) {
+        const auto read = [](std::string_view path, const workbench::DatabaseChoice& side) {
             return details::ReadSchema(std::string(path), side.password, side.table);
         };
         return details::BeyondMarks(
@@ -87,15 +87,15 @@ class CompareCommand : public Command {
     }
 
     void RefuseToOverwriteInput() const {
-        if (!output_.empty() &&
-            (platform::IsSameFile(output_, request_.a.path) || platform::IsSameFile(output_, request_.b.path))) {
+        if (!output_.empty() && (platform::IsSameFile(output_, request_.a.path) ||
+                                 platform::IsSameFile(output_, request_.b.path))) {
             throw MakeError(errors::kFileExists, {}, "비교할 데이터베이스에는 결과를 쓸 수 없음");
         }
     }
 
     std::optional<compare::ComparisonResult> Compare(KeptMessages& messages) {
         ProgressLine progress("비교하는 중");
-        return compare::CompareDatabases(
+        return workbench::CompareDatabases(
             request_, {.messages = messages, .phase = progress.Phase(), .overall = progress.Overall()});
     }
 
@@ -143,7 +143,7 @@ class CompareCommand : public Command {
         }
     }
 
-    compare::CompareRequest request_;
+    workbench::CompareRequest request_;
     std::vector<std::string> others_;
     bool details_ = false;
     std::string format_ = "text";

@@ -5,6 +5,7 @@
 #include "cli/TerminalProgress.h"
 #include "compare/SchemaSnapshot.h"
 #include "report/SchemaReport.h"
+#include "workbench/Headless.h"
 
 namespace tavrel::cli {
 
@@ -41,7 +42,7 @@ class SchemaCommand : public Command {
   private:
     std::optional<compare::SchemaRows> Read(KeptMessages& messages) {
         ProgressLine progress("구조를 읽는 중");
-        return compare::ReadSchema(
+        return workbench::ReadSchema(
             {.path = file_, .password = password_.value_or(""), .table = table_},
             {.messages = messages, .phase = progress.Phase(), .overall = progress.Overall()});
     }

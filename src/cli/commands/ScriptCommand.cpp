@@ -4,11 +4,11 @@
 #include "cli/Output.h"
 #include "cli/ProductOption.h"
 #include "cli/TerminalProgress.h"
-#include "compare/Headless.h"
 #include "details/Words.h"
 #include "jet/database/Database.h"
 #include "platform/SameFile.h"
 #include "report/ScriptText.h"
+#include "workbench/Headless.h"
 
 namespace tavrel::cli {
 
@@ -54,7 +54,7 @@ class ScriptCommand : public Command {
     bool FindDatabases() {
         KeptMessages messages;
         ProgressLine progress("비교하는 중");
-        const auto result = compare::CompareDatabases(
+        const auto result = workbench::CompareDatabases(
             request_, {.messages = messages, .phase = progress.Phase(), .overall = progress.Overall()});
         progress.Clear();
         if (!result) {
@@ -104,7 +104,7 @@ class ScriptCommand : public Command {
         }
     }
 
-    compare::CompareRequest request_;
+    workbench::CompareRequest request_;
     bool dropping_ = false;
     std::string output_;
     std::string pathA_, pathB_;  ///< of the files that are compared, which may be working copies

@@ -4,10 +4,10 @@
 #include "cli/Messages.h"
 #include "cli/OpenDatabase.h"
 #include "cli/Output.h"
-#include "compare/Headless.h"
 #include "report/DisplayText.h"
 #include "report/SchemaReport.h"
 #include "report/TableList.h"
+#include "workbench/Headless.h"
 
 namespace tavrel::cli {
 
@@ -111,8 +111,8 @@ void SqlShell::ShowSchema(const std::string& argument) {
     KeptMessages messages;
     NoProgress phase;
     NoProgress overall;
-    const auto schema = compare::ReadSchema({.path = path_, .password = password_, .table = argument},
-                                            {.messages = messages, .phase = phase, .overall = overall});
+    const auto schema = workbench::ReadSchema({.path = path_, .password = password_, .table = argument},
+                                              {.messages = messages, .phase = phase, .overall = overall});
     if (schema) {
         report::WriteSchemaText(StandardOutput(), *schema, StyleOfStandardOutput());
     } else {

@@ -4,9 +4,9 @@
 #include <optional>
 #include <string>
 
-#include "compare/WorkbenchControls.h"
+#include "workbench/WorkbenchControls.h"
 
-namespace tavrel::compare {
+namespace tavrel::workbench {
 
 /// Brings copies of the two databases to the latest schema of the selected product.
 class WorkingCopies {
@@ -62,4 +62,4 @@ class CompareRun {
     std::optional<std::size_t> unpatchedSide_;
 };
 
-}  // namespace tavrel::compare
+}  // namespace tavrel::workbench

@@ -6,7 +6,7 @@
 
 #include "platform/Dialogs.h"
 
-namespace tavrel::compare {
+namespace tavrel::workbench {
 
 /// Opens the database that the field names with the program that the system associates with it.
 /// `validateDbPath` checks the path; false when it has reported what is wrong.  `open` stands in for the
@@ -15,4 +15,4 @@ void cmdAccess_Click(const platform::TextField& txtDBPath,
                      const std::function<bool(const std::string& path)>& validateDbPath,
                      const std::function<void(const std::string& path)>& open = {});
 
-}  // namespace tavrel::compare
+}  // namespace tavrel::workbench

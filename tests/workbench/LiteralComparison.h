@@ -4,11 +4,11 @@
 
 #include <string>
 
-#include "compare/WorkbenchControls.h"
 #include "grid/CellText.h"
 #include "text/Case.h"
+#include "workbench/WorkbenchControls.h"
 
-namespace tavrel::compare {
+namespace tavrel::workbench {
 
 class LiteralComparison {
   public:
@@ -153,4 +153,4 @@ class LiteralComparison {
     int first_ = 0;
 };
 
-}  // namespace tavrel::compare
+}  // namespace tavrel::workbench

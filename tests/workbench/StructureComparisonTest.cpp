@@ -3,9 +3,9 @@
 #include "FakeControls.h"
 #include "LiteralComparison.h"
 #include "SnapshotSides.h"
-#include "compare/StructureComparison.h"
+#include "workbench/StructureComparison.h"
 
-namespace tavrel::compare {
+namespace tavrel::workbench {
 namespace {
 
 /// Everything that a comparison leaves behind, a line a row.
@@ -176,4 +176,4 @@ TEST(StructureComparison, CountsBeyondSixteenBitsAndCallsTheBarSparingly) {
 }
 
 }  // namespace
-}  // namespace tavrel::compare
+}  // namespace tavrel::workbench

@@ -8,7 +8,7 @@
 #include "grid/ResultGrid.h"
 #include "platform/Dialogs.h"
 
-namespace tavrel::compare {
+namespace tavrel::workbench {
 
 /// A field that shows a fixed message while something takes long.
 class MessageField {
@@ -34,4 +34,4 @@ struct WorkbenchControls {
     std::string AppCode;  ///< code of the selected product; empty = none
 };
 
-}  // namespace tavrel::compare
+}  // namespace tavrel::workbench

@@ -3,14 +3,14 @@
 #include <gtest/gtest.h>
 
 #include "FakeControls.h"
-#include "compare/CompareRun.h"
-#include "compare/Headless.h"
 #include "compare/SchemaSnapshot.h"
 #include "jet/database/Database.h"
 #include "support/Corpus.h"
 #include "support/TemporaryFolder.h"
+#include "workbench/CompareRun.h"
+#include "workbench/Headless.h"
 
-namespace tavrel::compare {
+namespace tavrel::workbench {
 namespace {
 
 jet::ColumnSpec Column(const std::string& name, jet::ColumnType type) {
@@ -61,7 +61,7 @@ Rows SideTexts(const grid::ResultGrid& grid, int offset) {
     Rows rows;
     for (int row = 1; row <= grid.DataRowCount(); ++row) {
         std::string text;
-        for (const std::string_view cell : SideOf(grid, offset, row)) {
+        for (const std::string_view cell : compare::SideOf(grid, offset, row)) {
             text.append(cell).append("/");
         }
         rows.push_back(text);
@@ -89,8 +89,8 @@ TEST_P(Snapshot, ListsOneSide) {
     expected.insert(expected.end(), kOrders.begin(), GetParam().orders ? kOrders.end() : kOrders.begin());
     FakeWindow window;
     for (const bool sideA : {true, false}) {
-        ASSERT_TRUE(LoadSchemaSnapshot(TargetOf(window.controls), folder.File("shop.mdb"), sideA, "",
-                                       GetParam().filter));
+        ASSERT_TRUE(compare::LoadSchemaSnapshot({window.grid, window.bars[0], window.messages},
+                                                folder.File("shop.mdb"), sideA, "", GetParam().filter));
         EXPECT_EQ(SideTexts(window.grid, sideA ? 0 : 12), expected);
         EXPECT_EQ(window.grid.Text(sideA ? 1 : 13, grid::kTopHeaderRow), folder.File("shop.mdb"));
         EXPECT_EQ(window.bars[0].value, window.bars[0].maximum);
@@ -229,8 +229,8 @@ TEST(CompareRun, ReadsTheWorkingCopiesOfAProduct) {
     }
 }
 
-std::optional<ComparisonResult> CompareFiles(FakeWindow& window, const std::string& a, const std::string& b,
-                                             bool bothOnly) {
+std::optional<compare::ComparisonResult> CompareFiles(FakeWindow& window, const std::string& a,
+                                                      const std::string& b, bool bothOnly) {
     CompareRequest request;
     request.a.path = a;
     request.b.path = b;
@@ -294,4 +294,4 @@ TEST(Headless, ComparesSamplesBothWaysAlike) {
 }
 
 }  // namespace
-}  // namespace tavrel::compare
+}  // namespace tavrel::workbench

@@ -6,10 +6,10 @@
 #include <string>
 #include <vector>
 
-#include "compare/ComparisonResult.h"
+#include "compare/SchemaRows.h"
 #include "platform/Dialogs.h"
 
-namespace tavrel::compare {
+namespace tavrel::workbench {
 
 /// One database to look at.
 struct DatabaseChoice {
@@ -37,23 +37,11 @@ struct Surroundings {
 /// Runs a comparison.  Nothing when it did not come to its end: the message box has said why.  The final
 /// message of a finished comparison goes to the message box too, and which side it was when a working copy
 /// could not be patched.
-std::optional<ComparisonResult> CompareDatabases(const CompareRequest& request, const Surroundings& around);
-
-/// The snapshot of one database as rows.
-class SchemaRows {
-  public:
-    explicit SchemaRows(std::shared_ptr<const grid::ResultGrid> grid) : grid_(std::move(grid)) {}
-    [[nodiscard]] std::string_view Path() const;
-    [[nodiscard]] std::size_t RowCount() const;
-    /// Rows count from 0.
-    [[nodiscard]] SideCells Row(std::size_t index) const;
-
-  private:
-    std::shared_ptr<const grid::ResultGrid> grid_;
-};
+std::optional<compare::ComparisonResult> CompareDatabases(const CompareRequest& request,
+                                                          const Surroundings& around);
 
 /// Nothing when the database cannot be opened (the message box has said why).  Throws Error when it cannot be
 /// read.
-std::optional<SchemaRows> ReadSchema(const DatabaseChoice& database, const Surroundings& around);
+std::optional<compare::SchemaRows> ReadSchema(const DatabaseChoice& database, const Surroundings& around);
 
-}  // namespace tavrel::compare
+}  // namespace tavrel::workbench

@@ -1,8 +1,8 @@
-#include "compare/OpenInAccess.h"
+#include "workbench/OpenInAccess.h"
 
 #include "platform/OpenWithProgram.h"
 
-namespace tavrel::compare {
+namespace tavrel::workbench {
 
 void cmdAccess_Click(const platform::TextField& txtDBPath,
                      const std::function<bool(const std::string& path)>& validateDbPath,
@@ -17,4 +17,4 @@ void cmdAccess_Click(const platform::TextField& txtDBPath,
     }
 }
 
-}  // namespace tavrel::compare
+}  // namespace tavrel::workbench

@@ -1,4 +1,4 @@
-#include "compare/PatchedCopies.h"
+#include "workbench/PatchedCopies.h"
 
 #include <iterator>
 
@@ -9,7 +9,7 @@
 #include "platform/SameFile.h"
 #include "text/Error.h"
 
-namespace tavrel::compare {
+namespace tavrel::workbench {
 
 namespace {
 
@@ -104,7 +104,7 @@ void RefuseOwnFiles(const std::string& copy, const std::string& pathA, const std
 }
 
 /// Opens the session on a copy and runs the driver on it.
-bool Patch(const Product& product, const std::string& copy, const std::string& password) {
+bool Patch(const compare::Product& product, const std::string& copy, const std::string& password) {
     bool open = false;
     OrSay("작업 사본을 열 수 없습니다.", copy,
           [&] { open = modDBsub::DBOpenADO(copy, password, modDBsub::SessionFile::WorkingCopy); });
@@ -121,7 +121,7 @@ WorkingPaths::WorkingPaths(const std::string& pathA)
 bool PatchedCopies::Prepare(WorkbenchControls& controls, std::string& pathA, std::string& pathB) {
     const modDBsub::MessagesScope messages(*controls.messages);
     WorkingPaths work(pathA);
-    const Product* product = nullptr;
+    const compare::Product* product = nullptr;
     {
         const ShownField field(*controls.maketb);
         // The session of the run before holds a copy that is about to be overwritten.
@@ -132,7 +132,7 @@ bool PatchedCopies::Prepare(WorkbenchControls& controls, std::string& pathA, std
         MakeCopies(work, pathA, pathB);
         pathA = work.copyA;
         pathB = work.copyB;
-        product = ProductOfCode(controls.AppCode);
+        product = compare::ProductOfCode(controls.AppCode);
         if (product == nullptr) {
             throw MakeError(kBadArgument, {}, controls.AppCode);
         }
@@ -150,12 +150,12 @@ bool PatchedCopies::Prepare(WorkbenchControls& controls, std::string& pathA, std
 void PatchedCopies::MakeCopies(const WorkingPaths& work, const std::string& pathA, const std::string& pathB) {
     OrSay("DB A의 작업 사본을 만들 수 없습니다.", work.copyA, [&] {
         RefuseOwnFiles(work.copyA, pathA, pathB);
-        CopyDatabase(pathA, work.copyA);
+        compare::CopyDatabase(pathA, work.copyA);
     });
     OrSay("DB B의 작업 사본을 만들 수 없습니다.", work.copyB, [&] {
         RefuseOwnFiles(work.copyB, pathA, pathB);
-        CopyDatabase(pathB, work.copyB);
+        compare::CopyDatabase(pathB, work.copyB);
     });
 }
 
-}  // namespace tavrel::compare
+}  // namespace tavrel::workbench

@@ -1,10 +1,10 @@
-#include "compare/CompactCommand.h"
+#include "workbench/CompactCommand.h"
 
 #include "compare/CompactSwap.h"
 #include "db/DBEngine.h"
 #include "text/ProcedureError.h"
 
-namespace tavrel::compare {
+namespace tavrel::workbench {
 
 namespace {
 
@@ -39,11 +39,11 @@ bool Confirmed(platform::MessageBox& messages) {
 
 /// True when the database has been replaced by its compacted form.
 bool Compact(const std::string& path, const std::string& temporary, platform::Pointer& pointer) {
-    DeleteLeftover(temporary, path);
-    RequireReplaceable(path);
+    compare::DeleteLeftover(temporary, path);
+    compare::RequireReplaceable(path);
     const Hourglass hourglass(pointer);
     db::DBEngine::Instance().CompactDatabase(path, temporary, {}, {}, kConnect);
-    return ReplaceByCompacted(temporary, path);
+    return compare::ReplaceByCompacted(temporary, path);
 }
 
 }  // namespace
@@ -58,7 +58,7 @@ void cmdCompact_Click(const CompactControls& controls) {
         if (!controls.validateDbPath(path)) {
             return;
         }
-        const std::string temporary = CompactTempName(path);
+        const std::string temporary = compare::CompactTempName(path);
         if (temporary == path) {
             messages.Show({.text = kNoTemporaryName + path, .icon = platform::MessageIcon::Exclamation});
             return;
@@ -72,4 +72,4 @@ void cmdCompact_Click(const CompactControls& controls) {
     }
 }
 
-}  // namespace tavrel::compare
+}  // namespace tavrel::workbench

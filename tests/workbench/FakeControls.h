@@ -4,9 +4,9 @@
 #include <string>
 #include <vector>
 
-#include "compare/WorkbenchControls.h"
+#include "workbench/WorkbenchControls.h"
 
-namespace tavrel::compare {
+namespace tavrel::workbench {
 
 struct FakeText : platform::TextField {
     std::string text;
@@ -104,4 +104,4 @@ struct FakeWindow {
     WorkbenchControls controls;
 };
 
-}  // namespace tavrel::compare
+}  // namespace tavrel::workbench

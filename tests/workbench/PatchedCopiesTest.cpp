@@ -6,7 +6,6 @@
 
 #include "FakeControls.h"
 #include "compare/CopyDatabase.h"
-#include "compare/PatchedCopies.h"
 #include "compare/Products.h"
 #include "db/Session.h"
 #include "jet/database/Database.h"
@@ -14,8 +13,9 @@
 #include "platform/FileSystem.h"
 #include "support/DatabaseBuilder.h"
 #include "support/TemporaryFolder.h"
+#include "workbench/PatchedCopies.h"
 
-namespace tavrel::compare {
+namespace tavrel::workbench {
 namespace {
 
 using ::testing::AllOf;
@@ -221,27 +221,27 @@ TEST(CopyDatabase, TakesTheJournalAlong) {
     write("a", "new");
     write("copy", "a longer old content");
     write("copy-journal", "stale");
-    CopyDatabase(folder.File("a"), folder.File("copy"));
+    compare::CopyDatabase(folder.File("a"), folder.File("copy"));
     EXPECT_EQ(ReadWholeFile(folder.File("copy")), "new");
     EXPECT_FALSE(std::filesystem::exists(folder.File("copy-journal")));
     write("a-journal", "old pages");
-    CopyDatabase(folder.File("a"), folder.File("copy"));
+    compare::CopyDatabase(folder.File("a"), folder.File("copy"));
     EXPECT_EQ(ReadWholeFile(folder.File("copy-journal")), "old pages");
     std::filesystem::create_hard_link(folder.File("a"), folder.File("same"));
-    EXPECT_EQ(testing::ErrorOf([&] { CopyDatabase(folder.File("a"), folder.File("same")); }),
+    EXPECT_EQ(testing::ErrorOf([&] { compare::CopyDatabase(folder.File("a"), folder.File("same")); }),
               errors::kFileExists);
 }
 
 TEST(Products, AreFoundByCodeAndByName) {
-    EXPECT_STREQ(ProductOfCode("KilmPro")->item.data(), "VintrelPro");
-    EXPECT_EQ(ProductOfCode("kilmpro"), nullptr);
-    for (const Product& product : Products()) {
-        EXPECT_EQ(ProductNamed(product.code), &product);
-        EXPECT_EQ(ProductNamed(product.item), &product);
+    EXPECT_STREQ(compare::ProductOfCode("KilmPro")->item.data(), "VintrelPro");
+    EXPECT_EQ(compare::ProductOfCode("kilmpro"), nullptr);
+    for (const compare::Product& product : compare::Products()) {
+        EXPECT_EQ(compare::ProductNamed(product.code), &product);
+        EXPECT_EQ(compare::ProductNamed(product.item), &product);
     }
-    EXPECT_EQ(ProductNamed("dalvorii"), ProductOfCode("breltII"));
-    EXPECT_EQ(ProductNamed(""), nullptr);
+    EXPECT_EQ(compare::ProductNamed("dalvorii"), compare::ProductOfCode("breltII"));
+    EXPECT_EQ(compare::ProductNamed(""), nullptr);
 }
 
 }  // namespace
-}  // namespace tavrel::compare
+}  // namespace tavrel::workbench

@@ -1,10 +1,10 @@
-#include "compare/Headless.h"
+#include "workbench/Headless.h"
 
-#include "compare/CompareRun.h"
 #include "compare/Products.h"
 #include "compare/SchemaSnapshot.h"
+#include "workbench/CompareRun.h"
 
-namespace tavrel::compare {
+namespace tavrel::workbench {
 
 namespace {
 
@@ -67,47 +67,37 @@ struct FixedControls {
     NoPointer noPointer;
 };
 
-std::string UnpatchedText(std::size_t side, const Product& product) {
+std::string UnpatchedText(std::size_t side, const compare::Product& product) {
     return std::string("DB ") + (side == 0 ? "A" : "B") + "의 작업 사본을 최신 버전으로 바꾸지 못했습니다. " +
-           WrongProductHint(product);
+           compare::WrongProductHint(product);
 }
 
 }  // namespace
 
-std::optional<ComparisonResult> CompareDatabases(const CompareRequest& request, const Surroundings& around) {
+std::optional<compare::ComparisonResult> CompareDatabases(const CompareRequest& request,
+                                                          const Surroundings& around) {
     auto grid = std::make_shared<grid::ResultGrid>();
     FixedControls fixed(request);
     WorkbenchControls controls = fixed.Wire(*grid, around);
     CompareRun run(controls);
     run.cmdComp_Click();
     if (const auto side = run.UnpatchedSide()) {
-        around.messages.Say(UnpatchedText(*side, *ProductOfCode(request.product)));
+        around.messages.Say(UnpatchedText(*side, *compare::ProductOfCode(request.product)));
     }
     if (run.Outcome() == RunOutcome::Stopped) {
         return std::nullopt;
     }
-    return ComparisonResult(std::move(grid), run.Differences());
+    return compare::ComparisonResult(std::move(grid), run.Differences());
 }
 
-std::optional<SchemaRows> ReadSchema(const DatabaseChoice& database, const Surroundings& around) {
+std::optional<compare::SchemaRows> ReadSchema(const DatabaseChoice& database, const Surroundings& around) {
     auto grid = std::make_shared<grid::ResultGrid>();
-    const SnapshotTarget target{*grid, around.phase, around.messages};
+    const compare::SnapshotTarget target{*grid, around.phase, around.messages};
     around.phase.SetVisible(true);
-    const bool read = LoadSchemaSnapshot(target, database.path, true, database.password, database.table);
+    const bool read =
+        compare::LoadSchemaSnapshot(target, database.path, true, database.password, database.table);
     around.phase.SetVisible(false);
-    return read ? std::optional(SchemaRows(std::move(grid))) : std::nullopt;
+    return read ? std::optional(compare::SchemaRows(std::move(grid))) : std::nullopt;
 }
 
-std::string_view SchemaRows::Path() const {
-    return grid_->Text(grid::cell::kTable, grid::kTopHeaderRow);
-}
-
-std::size_t SchemaRows::RowCount() const {
-    return static_cast<std::size_t>(grid_->RowCount());
-}
-
-SideCells SchemaRows::Row(std::size_t index) const {
-    return SideOf(*grid_, 0, static_cast<int>(index) + 1);
-}
-
-}  // namespace tavrel::compare
+}  // namespace tavrel::workbench

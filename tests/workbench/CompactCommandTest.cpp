@@ -6,13 +6,13 @@
 #include <gmock/gmock.h>
 
 #include "FakeControls.h"
-#include "compare/CompactCommand.h"
 #include "compare/CompactSwap.h"
-#include "compare/OpenInAccess.h"
 #include "support/DatabaseBuilder.h"
 #include "support/TemporaryFolder.h"
+#include "workbench/CompactCommand.h"
+#include "workbench/OpenInAccess.h"
 
-namespace tavrel::compare {
+namespace tavrel::workbench {
 namespace {
 
 using platform::MessageAnswer;
@@ -175,7 +175,7 @@ TEST_F(CompactCommandTest, FailuresLeaveTheDatabase) {
         EXPECT_THAT(messages_.shown[1].text, HasSubstr(") in procedure cmdCompact_Click of Form Form1"));
         EXPECT_EQ(messages_.shown[1].icon, MessageIcon::None);
         EXPECT_EQ(ReadWholeFile(path), content);
-        EXPECT_FALSE(std::filesystem::exists(CompactTempName(path)));
+        EXPECT_FALSE(std::filesystem::exists(compare::CompactTempName(path)));
     }
 }
 
@@ -196,16 +196,16 @@ TEST(CompactSwapTest, TemporaryNames) {
         {"DBMAIN.MDB", "DBMAIN.MDB"},
         {"mdb", "mdb"}};
     for (const auto& [path, temporary] : cases) {
-        EXPECT_EQ(CompactTempName(path), temporary);
+        EXPECT_EQ(compare::CompactTempName(path), temporary);
     }
 }
 
 TEST(CompactSwapTest, AnEmptyOrMissingFileReplacesNothing) {
     const TemporaryFolder folder;
     std::ofstream(folder.File("a.mdb")) << "old";
-    EXPECT_FALSE(ReplaceByCompacted(folder.File("t.mdb"), folder.File("a.mdb")));
+    EXPECT_FALSE(compare::ReplaceByCompacted(folder.File("t.mdb"), folder.File("a.mdb")));
     std::ofstream(folder.File("t.mdb")) << "";
-    EXPECT_FALSE(ReplaceByCompacted(folder.File("t.mdb"), folder.File("a.mdb")));
+    EXPECT_FALSE(compare::ReplaceByCompacted(folder.File("t.mdb"), folder.File("a.mdb")));
     EXPECT_EQ(ReadWholeFile(folder.File("a.mdb")), "old");
     EXPECT_TRUE(std::filesystem::exists(folder.File("t.mdb")));
 }
@@ -221,8 +221,9 @@ TEST(CompactSwapTest, AFileThatMayNotBeWritten) {
     if (testing::ErrorOf([&] { platform::OpenFile(path, platform::FileAccess::ReadWrite); }) == 0) {
         GTEST_SKIP() << "nothing is forbidden to this user";
     }
-    EXPECT_EQ(testing::ErrorOf([&] { RequireReplaceable(path); }), errors::kPermissionDenied);
-    EXPECT_EQ(testing::ErrorOf([&] { ReplaceByCompacted(compacted, path); }), errors::kPermissionDenied);
+    EXPECT_EQ(testing::ErrorOf([&] { compare::RequireReplaceable(path); }), errors::kPermissionDenied);
+    EXPECT_EQ(testing::ErrorOf([&] { compare::ReplaceByCompacted(compacted, path); }),
+              errors::kPermissionDenied);
     EXPECT_FALSE(std::filesystem::exists(compacted));
     EXPECT_EQ(ReadWholeFile(path), "old");
 }
@@ -240,4 +241,4 @@ TEST(OpenInAccessTest, OpensACheckedPathOnly) {
 }
 
 }  // namespace
-}  // namespace tavrel::compare
+}  // namespace tavrel::workbench

@@ -6,7 +6,7 @@
 
 #include "platform/Dialogs.h"
 
-namespace tavrel::compare {
+namespace tavrel::workbench {
 
 /// Nothing is owned; all must be set.
 struct CompactControls {
@@ -21,4 +21,4 @@ struct CompactControls {
 /// Reports by message box; every failure leaves the database as it was.
 void cmdCompact_Click(const CompactControls& controls);
 
-}  // namespace tavrel::compare
+}  // namespace tavrel::workbench

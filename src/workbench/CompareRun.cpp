@@ -1,13 +1,13 @@
-#include "compare/CompareRun.h"
+#include "workbench/CompareRun.h"
 
-#include "compare/PatchedCopies.h"
 #include "compare/SchemaSnapshot.h"
-#include "compare/StructureComparison.h"
 #include "platform/FileSystem.h"
 #include "text/Error.h"
 #include "text/ProcedureError.h"
+#include "workbench/PatchedCopies.h"
+#include "workbench/StructureComparison.h"
 
-namespace tavrel::compare {
+namespace tavrel::workbench {
 
 namespace {
 
@@ -88,16 +88,16 @@ bool CompareRun::PrepareCopies(WorkingCopies& copies, std::string& pathA, std::s
 void CompareRun::SnapshotAndCompare(const std::string& pathA, const std::string& pathB) {
     const BusyState busy(controls_);
     listed_ = false;
-    const SnapshotTarget target = TargetOf(controls_);
+    const compare::SnapshotTarget target{*controls_.spList, *controls_.ProgressBar1[0], *controls_.messages};
     platform::ProgressBar& overall = *controls_.ProgressBar1[1];
     procedure_ = "LoadSchemaSnapshot";
-    if (!LoadSchemaSnapshot(target, pathA, true, controls_.txtPwd[0]->Text(),
-                            controls_.cmbTblName[0]->Text())) {
+    if (!compare::LoadSchemaSnapshot(target, pathA, true, controls_.txtPwd[0]->Text(),
+                                     controls_.cmbTblName[0]->Text())) {
         return;
     }
     overall.Advance();
-    if (!LoadSchemaSnapshot(target, pathB, false, controls_.txtPwd[1]->Text(),
-                            controls_.cmbTblName[1]->Text())) {
+    if (!compare::LoadSchemaSnapshot(target, pathB, false, controls_.txtPwd[1]->Text(),
+                                     controls_.cmbTblName[1]->Text())) {
         return;
     }
     overall.Advance();
@@ -107,4 +107,4 @@ void CompareRun::SnapshotAndCompare(const std::string& pathA, const std::string&
     outcome_ = differences_ == 0 ? RunOutcome::Equal : RunOutcome::Different;
 }
 
-}  // namespace tavrel::compare
+}  // namespace tavrel::workbench

@@ -5,9 +5,9 @@
 #include <string>
 #include <vector>
 
-#include "compare/WorkbenchControls.h"
+#include "workbench/WorkbenchControls.h"
 
-namespace tavrel::compare {
+namespace tavrel::workbench {
 
 /// One row of one side: eleven texts.
 using SideRow = std::array<std::string, 11>;
@@ -97,4 +97,4 @@ class Dice {
     std::mt19937 random_;
 };
 
-}  // namespace tavrel::compare
+}  // namespace tavrel::workbench

@@ -4,10 +4,10 @@
 #include <memory>
 #include <string>
 
-#include "compare/CompareRun.h"
 #include "platform/File.h"
+#include "workbench/CompareRun.h"
 
-namespace tavrel::compare {
+namespace tavrel::workbench {
 
 /// Where a run's copies lie: all formed from DB A's path text, in which every ".mdb" is replaced.
 struct WorkingPaths {
@@ -33,4 +33,4 @@ class PatchedCopies : public WorkingCopies {
     std::unique_ptr<platform::File> lock_;
 };
 
-}  // namespace tavrel::compare
+}  // namespace tavrel::workbench

@@ -1,37 +1,36 @@
-#include "compare/StructureComparison.h"
+#include "workbench/StructureComparison.h"
 
 #include "compare/Alignment.h"
+#include "compare/ComparisonResult.h"
 #include "compare/OneSidedRows.h"
 
-namespace tavrel::compare {
+namespace tavrel::workbench {
 
 namespace {
 
 constexpr int kIndexColumns = 5;
-constexpr const char* kEqual = "두 DB의 구조가 일치 합니다.";
-constexpr const char* kFound = "건의 다른곳이 발견 되었습니다.";
 
 /// Phases 1 and 2: the rows of side A that side B does not have, then the other way round.
 void DropRowsOfOneSide(WorkbenchControls& controls) {
     grid::ResultGrid& grid = *controls.spList;
     const int rows = grid.DataRowCount();
     for (const int offset : {0, grid::kSideBOffset}) {
-        PhaseProgress progress(*controls.ProgressBar1[0], rows);
-        DropOneSidedRows(grid, offset, rows, progress);
+        compare::PhaseProgress progress(*controls.ProgressBar1[0], rows);
+        compare::DropOneSidedRows(grid, offset, rows, progress);
         progress.Finish();
         controls.ProgressBar1[1]->Advance();
     }
     grid.SetRowCount(grid.DataRowCount());
 }
 
-Alignment RunPass(WorkbenchControls& controls) {
+compare::Alignment RunPass(WorkbenchControls& controls) {
     grid::ResultGrid& grid = *controls.spList;
     const int rows = grid.DataRowCount();
     const int columns = controls.Check1[1]->Value() == 1 ? kIndexColumns : grid::kSideColumns;
     grid.SetComparedColumns(columns);
-    PhaseProgress progress(*controls.ProgressBar1[0], rows);
-    Alignment alignment = Align(grid, rows, columns, progress);
-    ApplyAlignment(grid, alignment);
+    compare::PhaseProgress progress(*controls.ProgressBar1[0], rows);
+    compare::Alignment alignment = compare::Align(grid, rows, columns, progress);
+    compare::ApplyAlignment(grid, alignment);
     progress.Finish();
     controls.ProgressBar1[1]->Advance();
     grid.SetRowCount(grid.DataRowCount());
@@ -40,10 +39,6 @@ Alignment RunPass(WorkbenchControls& controls) {
 
 }  // namespace
 
-std::string DifferenceMessage(int differences) {
-    return differences == 0 ? kEqual : std::to_string(differences) + kFound;
-}
-
 int CompareSnapshots(WorkbenchControls& controls) {
     grid::ResultGrid& grid = *controls.spList;
     if (controls.Check1[0]->Value() != 0) {
@@ -51,12 +46,12 @@ int CompareSnapshots(WorkbenchControls& controls) {
     } else {
         controls.ProgressBar1[1]->Advance(2);
     }
-    const Alignment alignment = RunPass(controls);
+    const compare::Alignment alignment = RunPass(controls);
     const int differences = static_cast<int>(alignment.differing.size());
     if (differences != 0 && controls.Check1[2]->Value() == 1) {
         ShowDifferencesOnly(grid);
     }
-    controls.messages->Say(DifferenceMessage(differences));
+    controls.messages->Say(compare::DifferenceMessage(differences));
     if (differences != 0) {
         grid.ActivateCell(grid::kCompareColumn, alignment.differing.front().row);
         grid.SetFocus();
@@ -74,4 +69,4 @@ void ShowDifferencesOnly(grid::ResultGrid& grid) {
     }
 }
 
-}  // namespace tavrel::compare
+}  // namespace tavrel::workbench
