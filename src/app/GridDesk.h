@@ -11,7 +11,7 @@
 #include "app/FormControls.h"
 #include "app/SaveComparison.h"
 #include "app/SaveScript.h"
-#include "compare/CompareRun.h"
+#include "workbench/CompareRun.h"
 
 namespace tavrel::app {
 
@@ -20,7 +20,7 @@ class GridDesk : public QObject {
     struct Services {
         FormControls& controls;
         const grid::ResultGrid& grid;
-        const compare::CompareRun& run;
+        const workbench::CompareRun& run;
         FileChooser& files;
         platform::MessageBox& messages;
         std::function<void(const std::string&)> openFile;  ///< opens a saved page

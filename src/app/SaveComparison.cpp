@@ -1,24 +1,19 @@
 #include "app/SaveComparison.h"
 
-#include <array>
+#include <algorithm>
+#include <iterator>
 #include <sstream>
+#include <vector>
 
 #include <QFileInfo>
 #include <QSaveFile>
 
 #include "app/text/QtText.h"
-#include "report/ComparisonReport.h"
-#include "report/HtmlReport.h"
 
 namespace tavrel::app {
 
 namespace {
 
-constexpr std::array<ReportFormatLine, 3> kFormats = {{
-    {ReportFormat::Html, "HTML로 저장…", "HTML (*.html)", ".html"},
-    {ReportFormat::Csv, "CSV로 저장…", "CSV (*.csv)", ".csv"},
-    {ReportFormat::Json, "JSON으로 저장…", "JSON (*.json)", ".json"},
-}};
 constexpr const char* kDefaultName = "비교결과";
 constexpr const char* kFailed = "파일을 저장할 수 없습니다.\r\n\r\n";
 
@@ -34,24 +29,18 @@ std::string ProposedName(const compare::ComparisonResult& result) {
     return a.empty() || b.empty() ? kDefaultName : a + "-" + b;
 }
 
-void Write(std::ostream& out, const compare::ComparisonResult& result, ReportFormat format) {
-    switch (format) {
-        case ReportFormat::Html:
-            report::WriteComparisonHtml(out, result);
-            break;
-        case ReportFormat::Csv:
-            report::WriteComparisonCsvFile(out, result);
-            break;
-        case ReportFormat::Json:
-            report::WriteComparisonJson(out, result);
-            break;
-    }
-}
-
 }  // namespace
 
 std::span<const ReportFormatLine> ReportFormats() {
-    return kFormats;
+    static const std::vector<ReportFormatLine> formats = [] {
+        const auto all = report::ComparisonFormats();
+        std::vector<ReportFormatLine> offered;
+        std::ranges::copy_if(all, std::back_inserter(offered),
+                             [](const ReportFormatLine& format) { return format.menuPlace != 0; });
+        std::ranges::sort(offered, {}, &ReportFormatLine::menuPlace);
+        return offered;
+    }();
+    return formats;
 }
 
 bool SaveBytes(const std::string& path, const std::string& bytes, platform::MessageBox& messages) {
@@ -74,7 +63,7 @@ std::string SaveComparison(const compare::ComparisonResult& result, const Report
     }
     // A name without suffix gets none here: the dialog has asked about overwriting the name as it is.
     std::ostringstream text;
-    Write(text, result, format.format);
+    format.writeFile(text, result, nullptr, {});
     return SaveBytes(chosen, std::move(text).str(), messages) ? chosen : std::string();
 }
 

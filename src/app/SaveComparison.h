@@ -7,19 +7,13 @@
 #include "app/FileChooser.h"
 #include "compare/ComparisonResult.h"
 #include "platform/Dialogs.h"
+#include "report/ComparisonFormats.h"
 
 namespace tavrel::app {
 
-enum class ReportFormat { Html, Csv, Json };
+using ReportFormatLine = report::ComparisonFormat;
 
-struct ReportFormatLine {
-    ReportFormat format;
-    const char* command;  ///< text of the menu
-    const char* filter;
-    const char* suffix;  ///< with its point
-};
-
-/// In menu order.
+/// What the window offers, in menu order.
 std::span<const ReportFormatLine> ReportFormats();
 
 /// Writes a file whole or not at all; false when that fails, a message box having said why.

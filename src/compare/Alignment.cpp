@@ -160,25 +160,25 @@ void MoveSide(grid::ResultGrid& grid, int offset, const std::vector<ShiftedFrom>
     }
 }
 
-void PaintRed(grid::ResultGrid& grid, const DifferingRow& differing) {
-    grid.SetFormatRow(differing.row);
+void MarkDiffering(grid::ResultGrid& grid, const DifferingRow& row) {
+    grid.SetFormatRow(row.row);
     for (int column = 1; column <= grid::kSideColumns; ++column) {
-        if ((differing.red >> column & 1U) != 0) {
+        if ((row.differing >> column & 1U) != 0) {
             grid.SetFormatCol(column);
-            grid.SetCellBackColor(grid::colours::kRed);
+            grid.SetCellMark(grid::CellMark::Differs);
             grid.SetFormatCol(column + grid::kSideBOffset);
-            grid.SetCellBackColor(grid::colours::kRed);
+            grid.SetCellMark(grid::CellMark::Differs);
         }
     }
 }
 
-void PaintOneSided(grid::ResultGrid& grid, const OneSidedBlock& block) {
+void MarkOneSided(grid::ResultGrid& grid, const OneSidedBlock& block) {
     grid.SetFormatCol(block.offset + grid::cell::kField);
     grid.SetFormatCol2(block.offset + grid::cell::kField);
     grid.SetFormatRow(block.firstRow);
     grid.SetFormatRow2(block.lastRow);
     grid.SetBlockMode(true);
-    grid.SetCellBackColor(grid::colours::kOneSided);
+    grid.SetCellMark(grid::CellMark::OneSided);
     grid.SetBlockMode(false);
 }
 
@@ -192,13 +192,13 @@ void ApplyAlignment(grid::ResultGrid& grid, const Alignment& alignment) {
     grid.SetRowCount(grid.RowCount() + alignment.grown);
     MoveSide(grid, 0, alignment.shiftsA, alignment.rows);
     MoveSide(grid, grid::kSideBOffset, alignment.shiftsB, alignment.rows);
-    // A block is painted when it opens, before the rows in it are looked at: red stays on top.
+    // A block is marked when it opens, before the rows in it are looked at: a difference found there counts.
     for (const OneSidedBlock& block : alignment.oneSided) {
-        PaintOneSided(grid, block);
+        MarkOneSided(grid, block);
     }
     for (const DifferingRow& differing : alignment.differing) {
         grid.PutText(grid::kCompareColumn, differing.row, kDifferenceMark);
-        PaintRed(grid, differing);
+        MarkDiffering(grid, differing);
     }
 }
 

@@ -1,4 +1,4 @@
-// The walk down both sides: which rows differ, what is painted, where one side moves down to meet its
+// The walk down both sides: which rows differ, in which cells, where one side moves down to meet its
 // counterpart.
 //
 // Nothing is moved while walking.  Each side keeps a shift, the rows it has been moved down so far, so that
@@ -19,8 +19,8 @@ inline constexpr std::string_view kDifferenceMark = "!";
 
 /// A row that differs.
 struct DifferingRow {
-    int row = 0;            ///< after all moves
-    std::uint32_t red = 0;  ///< bit c: the cells in column c of both sides are painted red
+    int row = 0;                  ///< after all moves
+    std::uint32_t differing = 0;  ///< bit c: the cells in column c of both sides differ
 };
 
 /// Rows that one side has alone, as a realignment found them.  Rows after all moves.
@@ -49,7 +49,7 @@ struct Alignment {
 /// grid.
 Alignment Align(const grid::ResultGrid& grid, int rows, int columns, PhaseProgress& progress);
 
-/// Moves, marks and paints.
+/// Moves the rows and marks rows and cells.
 void ApplyAlignment(grid::ResultGrid& grid, const Alignment& alignment);
 
 }  // namespace tavrel::compare

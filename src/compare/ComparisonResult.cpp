@@ -22,21 +22,21 @@ std::optional<SideCells> SideOrNothing(const grid::ResultGrid& grid, int offset,
     return blank ? std::nullopt : std::optional(cells);
 }
 
-std::uint32_t RedCells(const grid::ResultGrid& grid, int row) {
-    std::uint32_t red = 0;
+std::uint32_t DifferingCells(const grid::ResultGrid& grid, int row) {
+    std::uint32_t differing = 0;
     for (std::size_t i = 0; i < kCellCount; ++i) {
-        if (grid.BackColor(static_cast<int>(i) + 1, row) == grid::colours::kRed) {
-            red |= 1U << i;
+        if (grid.Mark(static_cast<int>(i) + 1, row) == grid::CellMark::Differs) {
+            differing |= 1U << i;
         }
     }
-    return red;
+    return differing;
 }
 
-OneSided BlueSide(const grid::ResultGrid& grid, int row) {
-    if (grid.BackColor(cell::kField, row) == grid::colours::kOneSided) {
+OneSided SideAlone(const grid::ResultGrid& grid, int row) {
+    if (grid.Mark(cell::kField, row) == grid::CellMark::OneSided) {
         return OneSided::A;
     }
-    const bool ofB = grid.BackColor(cell::kField + grid::kSideBOffset, row) == grid::colours::kOneSided;
+    const bool ofB = grid.Mark(cell::kField + grid::kSideBOffset, row) == grid::CellMark::OneSided;
     return ofB ? OneSided::B : OneSided::None;
 }
 
@@ -54,19 +54,19 @@ std::string DifferenceMessage(int differences) {
     return differences == 0 ? kEqual : std::to_string(differences) + kFound;
 }
 
-std::vector<std::string_view> ResultRow::RedNames() const {
+std::vector<std::string_view> ResultRow::DifferingNames() const {
     std::vector<std::string_view> names;
     for (std::size_t i = 0; i < kCellCount; ++i) {
-        if (IsRed(i)) {
+        if (Differs(i)) {
             names.push_back(kCellNames[i]);
         }
     }
     return names;
 }
 
-std::string_view ResultRow::BlueName() const {
+std::string_view ResultRow::OneSidedName() const {
     constexpr std::array<std::string_view, 3> kNames = {"", "a", "b"};
-    return kNames[static_cast<std::size_t>(blue)];
+    return kNames[static_cast<std::size_t>(oneSided)];
 }
 
 ComparisonResult::ComparisonResult(std::shared_ptr<const grid::ResultGrid> grid, int differences)
@@ -98,8 +98,8 @@ ResultRow ComparisonResult::Row(std::size_t index) const {
             .hidden = grid_->RowHidden(row),
             .a = SideOrNothing(*grid_, 0, row),
             .b = SideOrNothing(*grid_, grid::kSideBOffset, row),
-            .red = RedCells(*grid_, row),
-            .blue = BlueSide(*grid_, row),
+            .differing = DifferingCells(*grid_, row),
+            .oneSided = SideAlone(*grid_, row),
             .compared = std::min(kCellCount, static_cast<std::size_t>(grid_->ComparedColumns()))};
 }
 

@@ -1,6 +1,7 @@
 // A finished comparison as rows, for reports: a view on the grid, nothing is copied.
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <memory>
@@ -13,10 +14,16 @@
 
 namespace tavrel::compare {
 
-inline constexpr std::size_t kCellCount = 10;
-/// Names of the cells of one side, in grid order; the key column is not among them.
-inline constexpr std::array<std::string_view, kCellCount> kCellNames = {
-    "table", "P", "F", "I", "field", "type", "size", "def", "null", "zro"};
+/// Cells of one side; the key column is not among them.
+inline constexpr auto kCellCount = static_cast<std::size_t>(std::ranges::count_if(
+    grid::kSideLayout, [](const grid::ColumnLayout& column) { return !column.name.empty(); }));
+/// Their names, in grid order.
+inline constexpr std::array<std::string_view, kCellCount> kCellNames = [] {
+    std::array<std::string_view, kCellCount> names;
+    std::ranges::transform(grid::kSideLayout.begin(), grid::kSideLayout.begin() + kCellCount, names.begin(),
+                           &grid::ColumnLayout::name);
+    return names;
+}();
 
 /// Texts of one side of a row, in the order of kCellNames.  Valid as long as the grid is not emptied.
 using SideCells = std::array<std::string_view, kCellCount>;
@@ -34,14 +41,14 @@ struct ResultRow {
     bool hidden = false;         ///< left out of view by "differences only"
     std::optional<SideCells> a;  ///< nothing when the key and every cell are blank
     std::optional<SideCells> b;
-    std::uint32_t red = 0;              ///< bit i: cell i (kCellNames) is painted red, on both sides
-    OneSided blue = OneSided::None;     ///< side whose field name is painted light blue
-    std::size_t compared = kCellCount;  ///< cells, from the front, that the comparison looked at
+    std::uint32_t differing = 0;         ///< bit i: cell i (kCellNames) differs
+    OneSided oneSided = OneSided::None;  ///< side that a realignment has found to have the field alone
+    std::size_t compared = kCellCount;   ///< cells, from the front, that the comparison looked at
 
-    [[nodiscard]] bool IsRed(std::size_t cell) const { return (red >> cell & 1U) != 0; }
-    [[nodiscard]] std::vector<std::string_view> RedNames() const;
+    [[nodiscard]] bool Differs(std::size_t cell) const { return (differing >> cell & 1U) != 0; }
+    [[nodiscard]] std::vector<std::string_view> DifferingNames() const;
     /// "a", "b" or empty.
-    [[nodiscard]] std::string_view BlueName() const;
+    [[nodiscard]] std::string_view OneSidedName() const;
 };
 
 class ComparisonResult {

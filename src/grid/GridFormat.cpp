@@ -29,6 +29,40 @@ CellRange ResultGrid::Selection() const {
     return range;
 }
 
+void ResultGrid::SetCellMark(CellMark mark) {
+    const CellRange range = Clipped(Selection());
+    if (range.firstRow > range.lastRow) {
+        return;
+    }
+    for (int column = range.firstColumn; column <= range.lastColumn; ++column) {
+        auto& cells = marks_[Place(column)];
+        if (cells.size() < Place(range.lastRow)) {
+            cells.resize(Place(range.lastRow), CellMark::None);
+        }
+        std::fill(cells.begin() + (range.firstRow - 1), cells.begin() + range.lastRow, mark);
+    }
+    Changed(range);
+}
+
+CellMark ResultGrid::Mark(int column, int row) const {
+    if (!IsColumn(column) || row < 1 || Place(row) > marks_[Place(column)].size()) {
+        return CellMark::None;
+    }
+    return marks_[Place(column)][Place(row) - 1];
+}
+
+CellRole ResultGrid::Role(int column, int row) const {
+    switch (Mark(column, row)) {
+        case CellMark::Differs:
+            return CellRole::Differs;
+        case CellMark::OneSided:
+            return CellRole::OneSided;
+        case CellMark::None:
+            break;
+    }
+    return IsColumn(column) ? LayoutOf(column).role : CellRole::Plain;
+}
+
 void ResultGrid::SetCellBackColor(Colour colour) {
     const CellRange range = Selection();
     const bool everyRow = range.lastRow == kEveryRow;
@@ -50,7 +84,7 @@ void ResultGrid::SetCellBackColor(Colour colour) {
 
 Colour ResultGrid::BackColor(int column, int row) const {
     if (!IsColumn(column)) {
-        return colours::kWhite;
+        return ColoursOf(CellRole::Plain).light.back;
     }
     const auto& cells = colours_[Place(column)];
     const bool coloured = row >= 1 && Place(row) <= cells.size() && cells[Place(row) - 1] != kDefaultColour;
@@ -58,7 +92,7 @@ Colour ResultGrid::BackColor(int column, int row) const {
         return cells[Place(row) - 1];
     }
     const Colour ofColumn = columnColours_[Place(column)];
-    return ofColumn != kDefaultColour ? ofColumn : LayoutOf(column).back;
+    return ofColumn != kDefaultColour ? ofColumn : ColoursOf(Role(column, row)).light.back;
 }
 
 void ResultGrid::SetRowHidden(bool hidden) {

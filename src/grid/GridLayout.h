@@ -4,18 +4,14 @@
 // Column 0 shows the row numbers.
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <string_view>
 
+#include "grid/CellRoles.h"
+
 namespace tavrel::grid {
-
-/// Windows colour value, 0x00BBGGRR.
-using Colour = std::uint32_t;
-
-constexpr Colour Rgb(std::uint32_t red, std::uint32_t green, std::uint32_t blue) {
-    return red | green << 8 | blue << 16;
-}
 
 inline constexpr int kColumnCount = 23;
 inline constexpr int kSideColumns = 11;
@@ -42,23 +38,79 @@ inline constexpr int kKey = 11;
 inline constexpr int kTopHeaderRow = -1000;
 inline constexpr int kCaptionHeaderRow = -999;
 
+enum class Align : std::uint8_t { Left, Centre, Right };
+
+/// All that is known of a column, for the window and for the reports.
 struct ColumnLayout {
-    std::string_view caption;  ///< text of the second header row
-    double width;              ///< grid units (characters)
-    bool hidden;
-    Colour back;
-    Colour text;
+    std::string_view caption;     ///< text of the second header row
+    std::string_view name;        ///< of the cell in reports; empty: reports leave the column out
+    double width;                 ///< in the window, grid units (characters)
+    int share;                    ///< of a page's width
+    Align align;                  ///< right only where digits stand
+    bool ofIndexes = false;       ///< compared, too, when only indexes are
+    int freeShare = 0;            ///< of the room that the window has over; 0: takes none
+    std::string_view usual = {};  ///< a common text that is longer than the caption
+    bool hidden = false;
+    CellRole role = CellRole::Plain;  ///< of a cell without mark
 };
 
-/// REQUIRES: 0 <= column <= kColumnCount.
-const ColumnLayout& LayoutOf(int column);
+/// Columns 1 to 11, and 13 to 23.
+inline constexpr std::array<ColumnLayout, kSideColumns> kSideLayout = {{
+    {.caption = "테이블명",
+     .name = "table",
+     .width = 11,
+     .share = 12,
+     .align = Align::Left,
+     .ofIndexes = true,
+     .freeShare = 4},
+    {.caption = "P", .name = "P", .width = 2, .share = 2, .align = Align::Centre, .ofIndexes = true},
+    {.caption = "F", .name = "F", .width = 2, .share = 2, .align = Align::Centre, .ofIndexes = true},
+    {.caption = "I", .name = "I", .width = 2, .share = 2, .align = Align::Centre, .ofIndexes = true},
+    {.caption = "필드명",
+     .name = "field",
+     .width = 12,
+     .share = 13,
+     .align = Align::Left,
+     .ofIndexes = true,
+     .freeShare = 4},
+    {.caption = "Type", .name = "type", .width = 6, .share = 8, .align = Align::Left, .usual = "Currency"},
+    {.caption = "Size", .name = "size", .width = 3, .share = 5, .align = Align::Right},
+    {.caption = "Def",
+     .name = "def",
+     .width = 3,
+     .share = 6,
+     .align = Align::Left,
+     .freeShare = 2,
+     .usual = "False"},
+    {.caption = "Null", .name = "null", .width = 3, .share = 5, .align = Align::Centre},
+    {.caption = "Zro", .name = "zro", .width = 3, .share = 4, .align = Align::Centre},
+    {.caption = "RKEY", .name = "", .width = 0, .share = 0, .align = Align::Centre, .hidden = true},
+}};
+inline constexpr ColumnLayout kRowNumberLayout = {
+    .caption = "", .name = "", .width = 5, .share = 4, .align = Align::Centre};
+inline constexpr ColumnLayout kCompareLayout = {.caption = "비교",
+                                                .name = "",
+                                                .width = 4.75,
+                                                .share = 6,
+                                                .align = Align::Centre,
+                                                .role = CellRole::Compare};
 
-namespace colours {
-inline constexpr Colour kWhite = Rgb(255, 255, 255);
-inline constexpr Colour kBlack = Rgb(0, 0, 0);
-inline constexpr Colour kCompareBack = Rgb(128, 255, 255);
-inline constexpr Colour kRed = Rgb(255, 0, 0);           ///< differing cells, text of the compare column
-inline constexpr Colour kOneSided = Rgb(192, 192, 255);  ///< field name of a row that one side has alone
-}  // namespace colours
+/// The columns of a side, from the first on, that a comparison of indexes looks at.
+inline constexpr int kIndexColumns =
+    static_cast<int>(std::ranges::count(kSideLayout, true, &ColumnLayout::ofIndexes));
+static_assert(std::ranges::is_partitioned(kSideLayout, &ColumnLayout::ofIndexes),
+              "a comparison looks at the first columns, however many they are");
+
+/// REQUIRES: 0 <= column <= kColumnCount.
+constexpr const ColumnLayout& LayoutOf(int column) {
+    if (column == 0) {
+        return kRowNumberLayout;
+    }
+    if (column == kCompareColumn) {
+        return kCompareLayout;
+    }
+    const int place = column < kCompareColumn ? column : column - kSideBOffset;
+    return kSideLayout[static_cast<std::size_t>(place - 1)];
+}
 
 }  // namespace tavrel::grid

@@ -22,6 +22,9 @@ void ResultGrid::SetRowCount(int rows) {
         texts_[Place(column)].resize(static_cast<std::size_t>(rows), kEmptyText);
     }
     if (rows < rowCount_) {
+        for (auto& column : marks_) {
+            Shorten(column, rows);
+        }
         for (auto& column : colours_) {
             Shorten(column, rows);
         }

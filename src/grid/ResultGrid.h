@@ -1,5 +1,4 @@
-// The result grid as a plain model: both snapshots side by side, with colours, hidden rows and an active
-// cell.
+// The result grid as a plain model: both snapshots side by side, with marks, hidden rows and an active cell.
 //
 // Rows and columns count from 1.  A cell outside the grid reads as not there; writing to it does nothing.
 // Texts are kept once each (TextPool), columns one after the other, so that moving, searching and comparing
@@ -35,7 +34,7 @@ class ResultGrid {
 
     // ---- rows
     [[nodiscard]] int RowCount() const { return rowCount_; }
-    /// Rows beyond the new count go with text, colours and hidden state; rows that come are empty.  The
+    /// Rows beyond the new count go with text, marks, colours and hidden state; rows that come are empty. The
     /// active cell stays within the rows (row 1 in an empty grid).
     void SetRowCount(int rows);
     /// The last row that holds any text; 0 when none.
@@ -59,7 +58,7 @@ class ResultGrid {
     [[nodiscard]] int FindInColumn(int column, int afterRow, int lastRow, std::string_view text,
                                    int flags = 0) const;
 
-    // ---- blocks (texts only: colours belong to the place, not to the text)
+    // ---- blocks (texts only: marks and colours belong to the place, not to the text)
     /// Moves the texts so that the first cell lands on the target.  Cells left behind become empty; what
     /// would land outside the grid is lost.  Source and target may overlap.
     void MoveBlock(int column1, int row1, int column2, int row2, int targetColumn, int targetRow);
@@ -79,14 +78,20 @@ class ResultGrid {
     void SetFormatRow2(int row) { formatRow2_ = row; }
     /// On: the selection is the block up to FormatCol2, FormatRow2; off: the one cell.
     void SetBlockMode(bool on) { blockMode_ = on; }
+    /// What a comparison has found; cells are painted from it.  A selection of every row is those there are.
+    void SetCellMark(CellMark mark);
+    [[nodiscard]] CellMark Mark(int column, int row) const;
+    /// By the mark, else by the column.
+    [[nodiscard]] CellRole Role(int column, int row) const;
+    /// Paints over the colour that the role has.
     void SetCellBackColor(Colour colour);
     void SetRowHidden(bool hidden);
     [[nodiscard]] Colour BackColor(int column, int row) const;
-    [[nodiscard]] Colour TextColor(int column) const { return LayoutOf(column).text; }
+    [[nodiscard]] Colour TextColor(int column) const { return ColoursOf(LayoutOf(column).role).light.text; }
     [[nodiscard]] bool RowHidden(int row) const;
 
     // ---- settings of the start-up
-    /// Locked cells cannot be edited.
+    /// Locked cells cannot be edited.  The window edits none, so that only tests ask which are locked.
     void SetCellLocked(bool locked);
     [[nodiscard]] bool CellLocked(int column, int row) const;
     /// 1: equal texts one below the other in the column FormatCol show as one cell.
@@ -140,6 +145,7 @@ class ResultGrid {
     int comparedColumns_ = kSideColumns;
     TextPool pool_;
     std::array<std::vector<TextId>, kColumnCount + 1> texts_;    ///< [column][row - 1]
+    std::array<std::vector<CellMark>, kColumnCount + 1> marks_;  ///< as far down as a cell was marked
     std::array<std::vector<Colour>, kColumnCount + 1> colours_;  ///< as far down as a cell was coloured
     std::array<Colour, kColumnCount + 1> columnColours_ = NoColours();
     std::vector<bool> hidden_;  ///< as far down as a row was hidden

@@ -32,11 +32,11 @@ void WriteCsvRow(CsvWriter& csv, const compare::ResultRow& row) {
         }
     }
     std::string red;
-    for (const std::string_view name : row.RedNames()) {
+    for (const std::string_view name : row.DifferingNames()) {
         red += (red.empty() ? "" : " ") + std::string(name);
     }
     csv.Field(red);
-    csv.Field(row.BlueName());
+    csv.Field(row.OneSidedName());
     csv.EndRow();
 }
 
@@ -49,11 +49,11 @@ void WriteJsonRow(JsonWriter& json, const compare::ResultRow& row) {
     WriteJsonCells(json, row.b);
     json.Key("red");
     json.BeginArray();
-    for (const std::string_view name : row.RedNames()) {
+    for (const std::string_view name : row.DifferingNames()) {
         json.String(name);
     }
     json.EndArray();
-    json.Member("blue", row.BlueName());
+    json.Member("blue", row.OneSidedName());
     json.EndObject();
 }
 
@@ -66,7 +66,7 @@ void ForEachShownRow(const compare::ComparisonResult& result, Use use) {
     }
 }
 
-/// One field whose name is written in two ways: no cell is painted, though others may differ.
+/// One field whose name is written in two ways: no cell is marked, though others may differ.
 bool SameFieldOtherCase(const compare::ResultRow& row) {
     return text::EqualIgnoringCase((*row.a)[kTableCell], (*row.b)[kTableCell]) &&
            text::EqualIgnoringCase((*row.a)[kFieldCell], (*row.b)[kFieldCell]);
@@ -74,10 +74,10 @@ bool SameFieldOtherCase(const compare::ResultRow& row) {
 
 /// Captions, comma between.  REQUIRES: the row has both sides.
 std::string DifferingCells(const compare::ResultRow& row) {
-    const bool byText = row.red == 0 && SameFieldOtherCase(row);
+    const bool byText = row.differing == 0 && SameFieldOtherCase(row);
     std::string cells;
     for (std::size_t cell = 0; cell < row.compared; ++cell) {
-        if (row.IsRed(cell) || (byText && !text::EqualIgnoringCase((*row.a)[cell], (*row.b)[cell]))) {
+        if (row.Differs(cell) || (byText && !text::EqualIgnoringCase((*row.a)[cell], (*row.b)[cell]))) {
             cells += (cells.empty() ? "" : ", ") + std::string(CaptionOf(cell));
         }
     }

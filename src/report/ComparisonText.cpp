@@ -43,11 +43,11 @@ class TextRow {
     void PutSide(std::size_t first, const std::optional<compare::SideCells>& side,
                  const compare::ResultRow& row, compare::OneSided name) {
         for (std::size_t cell = 0; side && cell < kCellCount; ++cell) {
-            const bool oneSided = row.blue == name && cell == kFieldCell;
+            const bool oneSided = row.oneSided == name && cell == kFieldCell;
             cells_[first + cell] = {.text = (*side)[cell],
-                                    .paint = row.IsRed(cell) ? Paint::Different
-                                             : oneSided      ? Paint::OneSided
-                                                             : Paint::None};
+                                    .paint = row.Differs(cell) ? Paint::Different
+                                             : oneSided        ? Paint::OneSided
+                                                               : Paint::None};
         }
     }
 

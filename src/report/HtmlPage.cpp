@@ -1,15 +1,20 @@
 #include "report/HtmlPage.h"
 
+#include <array>
+
+#include "grid/CellRoles.h"
 #include "report/DisplayText.h"
 
 namespace tavrel::report {
 
-// Painted cells keep the window's colours, with black text, in the dark scheme too.  No state is told by
-// colour alone: differing cells are bold in a frame, one-sided rows say which side, marked rows say in words
-// what differs.
-const std::string_view kHtmlStyle = R"css(
+namespace {
+
+// Painted cells keep the window's light colours, with black text, in the dark scheme too.  No state is told
+// by colour alone: differing cells are bold in a frame, one-sided rows say which side, marked rows say in
+// words what differs.
+constexpr std::string_view kStyle = R"css(
 :root{color-scheme:light dark;--back:#fff;--text:#000;--bar:#f0f2f5;--head:#e4e8ee;--line:#c4cad3;--gap:#f3f3f3;
- --compare:rgb(128,255,255);--current:#0050d0}
+ --compare:var(--mark);--current:#0050d0}
 @media (prefers-color-scheme:dark){:root{--back:#15171b;--text:#e8e8e8;--bar:#1f2329;--head:#2a2f37;--line:#444b56;
  --gap:#1d2025;--compare:#12383c;--current:#ffd84d}}
 *{box-sizing:border-box}
@@ -32,11 +37,11 @@ thead th{background:var(--head)}
 tbody th{font-weight:400;text-align:right;background:var(--head);white-space:nowrap}
 .n{text-align:center}
 .c{background:var(--compare);text-align:center;white-space:nowrap}
-.d .c,thead .c{background:rgb(128,255,255);color:rgb(255,0,0)}
+.d .c,thead .c{background:var(--mark);color:var(--mark-text)}
 .c b{font-size:1.35em;line-height:1}
 .c small{margin-left:.3em;color:#000}
-.r{background:rgb(255,0,0);color:#000;font-weight:700;box-shadow:inset 0 0 0 2px #000}
-.o{background:rgb(192,192,255);color:#000;font-style:italic}
+.r{background:var(--differs);color:var(--differs-text);font-weight:700;box-shadow:inset 0 0 0 2px #000}
+.o{background:var(--one-sided);color:var(--one-sided-text);font-style:italic}
 .x{background:var(--gap)}
 .v{position:absolute;clip-path:inset(50%);width:1px;height:1px;overflow:hidden;white-space:nowrap}
 .part{content-visibility:auto}
@@ -45,13 +50,44 @@ tr.at>*{box-shadow:inset 0 3px var(--current),inset 0 -3px var(--current)}
 :focus-visible{outline:3px solid var(--current);outline-offset:-3px}
 @page{size:A4 landscape;margin:10mm}
 @media print{:root{--back:#fff;--text:#000;--bar:#fff;--head:#eee;--line:#888;--gap:#f6f6f6;
-  --compare:rgb(128,255,255)}
+  --compare:var(--mark)}
  html,body{height:auto}body{display:block;font-size:8pt}
  main{overflow:visible}table{min-width:0}thead{position:static;display:table-header-group}
  tr{break-inside:avoid}.tools,.v{display:none}tr.at>*{box-shadow:none}
  .r{box-shadow:inset 0 0 0 2px #000!important}.part{content-visibility:visible}
  *{print-color-adjust:exact;-webkit-print-color-adjust:exact}}
 )css";
+
+struct RoleVariable {
+    std::string_view name;
+    grid::CellRole role;
+};
+constexpr std::array<RoleVariable, 3> kRoleVariables = {{
+    {"differs", grid::CellRole::Differs},
+    {"one-sided", grid::CellRole::OneSided},
+    {"mark", grid::CellRole::Compare},
+}};
+
+std::string CssColour(grid::Colour colour) {
+    return "rgb(" + std::to_string(grid::RedOf(colour)) + ',' + std::to_string(grid::GreenOf(colour)) + ',' +
+           std::to_string(grid::BlueOf(colour)) + ')';
+}
+
+}  // namespace
+
+std::string HtmlStyle() {
+    std::string style = "\n:root{";
+    for (const RoleVariable& variable : kRoleVariables) {
+        const grid::ColourPair& colours = grid::ColoursOf(variable.role).light;
+        style.append("--").append(variable.name).append(":").append(CssColour(colours.back));
+        style.append(";--")
+            .append(variable.name)
+            .append("-text:")
+            .append(CssColour(colours.text))
+            .append(";");
+    }
+    return style.append("}").append(kStyle);
+}
 
 // The search never wraps around, as in the window.
 const std::string_view kHtmlScript = R"js(
@@ -131,7 +167,7 @@ void WriteHtmlHead(std::ostream& out, std::string_view title) {
            "script-src 'unsafe-inline'\">\n"
            "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">\n"
            "<meta name=\"generator\" content=\"Tavrel " TAVREL_VERSION "\">\n<title>"
-        << HtmlText(title) << "</title>\n<style>" << kHtmlStyle << "</style>\n</head>\n";
+        << HtmlText(title) << "</title>\n<style>" << HtmlStyle() << "</style>\n</head>\n";
 }
 
 }  // namespace tavrel::report

@@ -8,7 +8,7 @@
 namespace tavrel::report {
 
 /// Content of the style element.
-extern const std::string_view kHtmlStyle;
+std::string HtmlStyle();
 /// Content of the script element.
 extern const std::string_view kHtmlScript;
 

@@ -1,8 +1,6 @@
 #include "report/HtmlReport.h"
 
 #include <algorithm>
-#include <array>
-#include <numeric>
 
 #include "grid/GridLayout.h"
 #include "report/ComparisonReport.h"
@@ -16,16 +14,18 @@ namespace {
 using compare::kCellCount;
 using compare::OneSided;
 
-/// Share of the width that each cell of a side gets.
-constexpr std::array<int, kCellCount> kShares = {12, 2, 2, 2, 13, 8, 5, 6, 5, 4};
-constexpr int kNumberShare = 4;
-constexpr int kCompareShare = 6;
-constexpr int kAllShares =
-    2 * std::accumulate(kShares.begin(), kShares.end(), 0) + kNumberShare + kCompareShare;
+/// Sum of the shares of the width.
+constexpr int kAllShares = [] {
+    int all = grid::kRowNumberLayout.share + grid::kCompareLayout.share;
+    for (const grid::ColumnLayout& column : grid::kSideLayout) {
+        all += 2 * column.share;
+    }
+    return all;
+}();
 
-/// Cells that hold a mark or a letter stand in the middle.
-constexpr std::array<bool, kCellCount> kCentred = {false, true,  true,  true, false,
-                                                   false, false, false, true, true};
+bool IsCentred(std::size_t cell) {
+    return grid::kSideLayout[cell].align == grid::Align::Centre;
+}
 
 /// A browser lays out only the parts that are looked at: that keeps a page of 100,000 rows usable.
 constexpr std::size_t kRowsOfPart = 500;
@@ -45,13 +45,13 @@ void WriteColumn(std::ostream& out, int share) {
 
 void WriteColumns(std::ostream& out) {
     out << "<colgroup>";
-    WriteColumn(out, kNumberShare);
+    WriteColumn(out, grid::kRowNumberLayout.share);
     for (int side = 0; side < 2; ++side) {
         if (side == 1) {
-            WriteColumn(out, kCompareShare);
+            WriteColumn(out, grid::kCompareLayout.share);
         }
-        for (const int share : kShares) {
-            WriteColumn(out, share);
+        for (std::size_t cell = 0; cell < kCellCount; ++cell) {
+            WriteColumn(out, grid::kSideLayout[cell].share);
         }
     }
     out << "</colgroup>\n";
@@ -59,7 +59,7 @@ void WriteColumns(std::ostream& out) {
 
 void WriteCaptions(std::ostream& out) {
     for (std::size_t cell = 0; cell < kCellCount; ++cell) {
-        out << "<th scope=\"col\"" << (kCentred[cell] ? " class=\"n\"" : "") << '>'
+        out << "<th scope=\"col\"" << (IsCentred(cell) ? " class=\"n\"" : "") << '>'
             << HtmlText(CaptionOf(cell)) << "</th>";
     }
 }
@@ -67,22 +67,22 @@ void WriteCaptions(std::ostream& out) {
 void WriteTableHead(std::ostream& out, const compare::ComparisonResult& result) {
     out << "<thead>\n<tr><th scope=\"col\" rowspan=\"2\">행</th><th scope=\"colgroup\" colspan=\""
         << kCellCount << "\">DB A: " << HtmlText(result.PathA())
-        << R"(</th><th scope="col" rowspan="2" class="c">)"
-        << HtmlText(grid::LayoutOf(grid::kCompareColumn).caption) << R"(</th><th scope="colgroup" colspan=")"
-        << kCellCount << "\">DB B: " << HtmlText(result.PathB()) << "</th></tr>\n<tr>";
+        << R"(</th><th scope="col" rowspan="2" class="c">)" << HtmlText(grid::kCompareLayout.caption)
+        << R"(</th><th scope="colgroup" colspan=")" << kCellCount << "\">DB B: " << HtmlText(result.PathB())
+        << "</th></tr>\n<tr>";
     WriteCaptions(out);
     WriteCaptions(out);
     out << "</tr>\n</thead>\n";
 }
 
 std::string_view ClassOf(const compare::ResultRow& row, OneSided side, std::size_t cell) {
-    if (row.IsRed(cell)) {
-        return kCentred[cell] ? " class=\"r n\"" : " class=\"r\"";
+    if (row.Differs(cell)) {
+        return IsCentred(cell) ? " class=\"r n\"" : " class=\"r\"";
     }
-    if (row.blue == side && cell == kFieldCell) {
+    if (row.oneSided == side && cell == kFieldCell) {
         return " class=\"o\"";
     }
-    return kCentred[cell] ? " class=\"n\"" : "";
+    return IsCentred(cell) ? " class=\"n\"" : "";
 }
 
 void WriteSide(std::ostream& out, const compare::ResultRow& row, OneSided side) {

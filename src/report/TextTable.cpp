@@ -1,8 +1,8 @@
 #include "report/TextTable.h"
 
 #include <algorithm>
-#include <array>
 
+#include "grid/CellRoles.h"
 #include "report/DisplayText.h"
 #include "text/Utf.h"
 
@@ -12,9 +12,32 @@ namespace {
 
 constexpr std::string_view kGap = "  ";
 constexpr std::string_view kReset = "\x1b[0m";
-/// By Paint.  Black on red and on light blue, as in the window; the mark is red.
-constexpr std::array<std::string_view, 5> kSequences = {"", "\x1b[1m", "\x1b[30;48;2;255;0;0m",
-                                                        "\x1b[30;48;2;192;192;255m", "\x1b[1;31m"};
+constexpr std::string_view kBold = "\x1b[1m";
+/// The mark has no back of its own here: it is the terminal's red, in bold.
+constexpr std::string_view kMark = "\x1b[1;31m";
+
+/// The window's light back under black text.
+std::string BackOf(grid::CellRole role) {
+    const grid::Colour back = grid::ColoursOf(role).light.back;
+    return "\x1b[30;48;2;" + std::to_string(grid::RedOf(back)) + ';' + std::to_string(grid::GreenOf(back)) +
+           ';' + std::to_string(grid::BlueOf(back)) + 'm';
+}
+
+std::string SequenceOf(Paint paint) {
+    switch (paint) {
+        case Paint::None:
+            break;
+        case Paint::Caption:
+            return std::string(kBold);
+        case Paint::Different:
+            return BackOf(grid::CellRole::Differs);
+        case Paint::OneSided:
+            return BackOf(grid::CellRole::OneSided);
+        case Paint::Mark:
+            return std::string(kMark);
+    }
+    return {};
+}
 
 std::string Cut(std::string_view utf8, std::size_t columns) {
     std::size_t used = 0;
@@ -36,7 +59,7 @@ std::string Painted(std::string_view text, Paint paint, const TextStyle& style) 
     if (!style.colours || paint == Paint::None) {
         return std::string(text);
     }
-    return std::string(kSequences[static_cast<std::size_t>(paint)]) + std::string(text) + std::string(kReset);
+    return SequenceOf(paint).append(text).append(kReset);
 }
 
 std::string TextTable::Shown(std::string_view text) const {

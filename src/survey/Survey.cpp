@@ -43,7 +43,7 @@ Tally TallyOf(const compare::ComparisonResult& result) {
         tally.onlyReference += row.b ? 0 : 1;
         tally.onlyFile += row.a ? 0 : 1;
         for (std::size_t cell = 0; cell < tally.cells.size(); ++cell) {
-            tally.cells[cell] += row.IsRed(cell) ? 1 : 0;
+            tally.cells[cell] += row.Differs(cell) ? 1 : 0;
         }
     }
     tally.tables = static_cast<int>(tables.size());

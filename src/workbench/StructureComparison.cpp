@@ -8,8 +8,6 @@ namespace tavrel::workbench {
 
 namespace {
 
-constexpr int kIndexColumns = 5;
-
 /// Phases 1 and 2: the rows of side A that side B does not have, then the other way round.
 void DropRowsOfOneSide(WorkbenchControls& controls) {
     grid::ResultGrid& grid = *controls.spList;
@@ -26,7 +24,7 @@ void DropRowsOfOneSide(WorkbenchControls& controls) {
 compare::Alignment RunPass(WorkbenchControls& controls) {
     grid::ResultGrid& grid = *controls.spList;
     const int rows = grid.DataRowCount();
-    const int columns = controls.Check1[1]->Value() == 1 ? kIndexColumns : grid::kSideColumns;
+    const int columns = controls.Check1[1]->Value() == 1 ? grid::kIndexColumns : grid::kSideColumns;
     grid.SetComparedColumns(columns);
     compare::PhaseProgress progress(*controls.ProgressBar1[0], rows);
     compare::Alignment alignment = compare::Align(grid, rows, columns, progress);

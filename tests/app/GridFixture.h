@@ -45,10 +45,10 @@ class GridOnScreen : public ::testing::Test {
             }
         }
     }
-    void Paint(int column, int row, grid::Colour colour) {
+    void Mark(int column, int row, grid::CellMark mark) {
         grid.SetFormatCol(column);
         grid.SetFormatRow(row);
-        grid.SetCellBackColor(colour);
+        grid.SetCellMark(mark);
     }
     QRect CellRect(int column, int row) { return view.visualRect(view.Model().IndexOf(column, row)); }
     QColor ColourAt(const QPoint& point) {

@@ -23,7 +23,7 @@ class GridGuideOnScreen : public GridOnScreen {
     /// A row that one side has alone.
     void MakeOneSided(int row, int offset) {
         grid.ClearBlock(13 - offset, row, 23 - offset, row);
-        Paint(offset + 5, row, grid::colours::kOneSided);
+        Mark(offset + 5, row, grid::CellMark::OneSided);
     }
     [[nodiscard]] QFrame& Line() { return *view.findChild<QFrame*>("findLine"); }
     [[nodiscard]] std::string Count() { return FromQt(Line().findChild<QLabel*>()->text()); }
@@ -169,7 +169,7 @@ TEST_F(GridGuideOnScreen, SaysInWordsWhatDiffersAtACell) {
     grid.PutText(6, 1, "Text");
     grid.PutText(18, 1, "<b>Long</b>");
     for (const int column : {6, 7, 18, 19}) {
-        Paint(column, 1, grid::colours::kRed);
+        Mark(column, 1, grid::CellMark::Differs);
     }
     MakeOneSided(2, 12);
     const std::string type = "Type\n  A: Text\n  B: <b>Long</b>";

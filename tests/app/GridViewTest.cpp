@@ -57,8 +57,8 @@ TEST_F(GridOnScreen, TheCurrentCellIsTheActiveCell) {
 TEST_F(GridOnScreen, PaintsColoursAndMergesEqualTableNames) {
     Fill(8, 3);
     grid.ActivateCell(12, 6);
-    Paint(5, 2, grid::colours::kRed);
-    Paint(17, 3, grid::colours::kOneSided);
+    Mark(5, 2, grid::CellMark::Differs);
+    Mark(17, 3, grid::CellMark::OneSided);
     EXPECT_EQ(ColourAt(CellRect(5, 2).center() + QPoint(20, 0)), QColor(255, 0, 0));
     EXPECT_EQ(ColourAt(CellRect(17, 3).center() + QPoint(20, 0)), QColor(192, 192, 255));
     EXPECT_EQ(ColourAt(CellRect(12, 4).center() + QPoint(12, 0)), QColor(128, 255, 255));
@@ -80,10 +80,10 @@ TEST_F(GridOnScreen, PaintsColoursAndMergesEqualTableNames) {
 TEST_F(GridOnScreen, SaysDifferencesInWords) {
     Fill(3, 1);
     for (const int offset : {0, 12}) {
-        Paint(offset + 6, 1, grid::colours::kRed);
-        Paint(offset + 7, 1, grid::colours::kRed);
+        Mark(offset + 6, 1, grid::CellMark::Differs);
+        Mark(offset + 7, 1, grid::CellMark::Differs);
     }
-    Paint(17, 2, grid::colours::kOneSided);
+    Mark(17, 2, grid::CellMark::OneSided);
     grid.ClearBlock(1, 2, 11, 2);
     const auto words = [this](int column, int row) {
         return FromQt(view.Model().IndexOf(column, row).data(Qt::AccessibleTextRole).toString());
@@ -164,8 +164,8 @@ TEST_F(GridOnScreen, ADoubleClickOnABorderFitsTheColumn) {
     const std::string longest = "DEFAULT 값 12345678901234567890";
     grid.PutText(8, 2900, longest);
     grid.PutText(6, 2, "Currency");
-    Paint(8, 2900, grid::colours::kRed);
-    Paint(6, 2, grid::colours::kRed);
+    Mark(8, 2900, grid::CellMark::Differs);
+    Mark(6, 2, grid::CellMark::Differs);
     QFont bold = view.font();
     bold.setBold(true);
     const std::pair<int, std::string> cases[] = {{6, "Currency"}, {8, longest}};
@@ -267,18 +267,18 @@ TEST(CellLooks, AreReadableInLightAndDark) {
     dark.setColor(QPalette::Base, QColor(30, 30, 30));
     dark.setColor(QPalette::Text, QColor(230, 230, 230));
     for (const QPalette& palette : {light, dark}) {
-        for (const grid::Colour back :
-             {grid::colours::kWhite, grid::colours::kRed, grid::colours::kOneSided}) {
-            const CellLook look = LookOf(back, grid::colours::kBlack, palette);
-            EXPECT_GE(Contrast(look.back, look.text), 4.5) << back;
-            EXPECT_EQ(look.sign == CellSign::None, back == grid::colours::kWhite);
-            if (back != grid::colours::kWhite) {
+        for (const grid::CellRole role :
+             {grid::CellRole::Plain, grid::CellRole::Differs, grid::CellRole::OneSided}) {
+            const CellLook look = LookOf(role, palette);
+            EXPECT_GE(Contrast(look.back, look.text), 4.5) << static_cast<int>(role);
+            EXPECT_EQ(look.sign == CellSign::None, role == grid::CellRole::Plain);
+            if (role != grid::CellRole::Plain) {
                 const CellLook selected = Selected(look, palette);
-                EXPECT_GE(Contrast(selected.back, selected.text), 4.5) << back;
+                EXPECT_GE(Contrast(selected.back, selected.text), 4.5) << static_cast<int>(role);
             }
         }
     }
-    const CellLook compare = LookOf(grid::colours::kCompareBack, grid::colours::kRed, dark);
+    const CellLook compare = LookOf(grid::CellRole::Compare, dark);
     EXPECT_GE(Contrast(compare.back, compare.text), 4.5);
 }
 

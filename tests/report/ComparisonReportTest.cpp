@@ -15,7 +15,7 @@ using testing::Not;
 
 constexpr char kHostile[] = "<script>alert(\"x\")</script>";
 
-/// A comparison put together by hand: cells, marks and colours as the run leaves them.
+/// A comparison put together by hand: cells and marks as the run leaves them.
 class HandMade {
   public:
     HandMade() {
@@ -26,11 +26,13 @@ class HandMade {
         Put(2, 0, "고객", "금액, \"원\"", "Long");
         Put(2, 12, "고객", "금액, \"원\"", "Double");
         Mark(2);
-        Paint(6, 2, grid::colours::kRed);
-        Paint(18, 2, grid::colours::kRed);
+        Mark(6, 2, grid::CellMark::Differs);
+        Mark(18, 2, grid::CellMark::Differs);
         Put(3, 12, "고객", kHostile, "Memo");
         Mark(3);
-        Paint(17, 3, grid::colours::kOneSided);
+        Mark(17, 3, grid::CellMark::OneSided);
+        grid_.SetFormatRow(1);
+        grid_.SetCellBackColor(grid::ColoursOf(grid::CellRole::OneSided).light.back);  // no finding
     }
 
     void HideUnmarked() {
@@ -49,10 +51,10 @@ class HandMade {
         grid_.PutText(offset + grid::cell::kKey, row, table + "." + field);
     }
     void Mark(int row) { grid_.PutText(grid::kCompareColumn, row, "!"); }
-    void Paint(int column, int row, grid::Colour colour) {
+    void Mark(int column, int row, grid::CellMark mark) {
         grid_.SetFormatCol(column);
         grid_.SetFormatRow(row);
-        grid_.SetCellBackColor(colour);
+        grid_.SetCellMark(mark);
     }
 
     grid::ResultGrid grid_;

@@ -30,7 +30,7 @@ QString WordsForRow(const grid::ResultGrid& grid, int row) {
         compare::ComparisonResult(grid, 0).Row(static_cast<std::size_t>(row - 1));
     QString words = ToQt(report::DifferenceInWords(result));
     for (int column = 1; column < grid::kSideColumns && result.a && result.b; ++column) {
-        if (result.IsRed(static_cast<std::size_t>(column - 1))) {
+        if (result.Differs(static_cast<std::size_t>(column - 1))) {
             words += QLatin1Char('\n') + BothValues(grid, column, row);
         }
     }
@@ -40,14 +40,14 @@ QString WordsForRow(const grid::ResultGrid& grid, int row) {
 }  // namespace
 
 QString WordsForCell(const grid::ResultGrid& grid, int column, int row) {
-    const grid::Colour back = grid.BackColor(column, row);
+    const grid::CellMark mark = grid.Mark(column, row);
     if (column == grid::kCompareColumn && !grid.Text(column, row).empty()) {
         return WordsForRow(grid, row);
     }
-    if (back == grid::colours::kOneSided) {
+    if (mark == grid::CellMark::OneSided) {
         return column > grid::kCompareColumn ? QStringLiteral("B에만 있음") : QStringLiteral("A에만 있음");
     }
-    if (back == grid::colours::kRed) {
+    if (mark == grid::CellMark::Differs) {
         return BothValues(grid, column > grid::kCompareColumn ? column - grid::kSideBOffset : column, row);
     }
     return {};

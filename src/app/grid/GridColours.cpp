@@ -8,23 +8,13 @@ namespace tavrel::app {
 
 namespace {
 
-namespace colours = grid::colours;
-
-struct DarkForm {
-    grid::Colour back;  ///< as the grid has it
-    QRgb dark;
-    QRgb text;
-    CellSign sign;
-};
-constexpr std::array<DarkForm, 3> kPainted = {{
-    {colours::kRed, qRgb(150, 20, 20), qRgb(255, 255, 255), CellSign::Corner},
-    {colours::kOneSided, qRgb(62, 62, 140), qRgb(255, 255, 255), CellSign::Bar},
-    {colours::kCompareBack, qRgb(0, 64, 64), qRgb(255, 150, 150), CellSign::Bold},
-}};
+/// By role: the sign beside the colour.
+constexpr std::array<CellSign, grid::kRoleColours.size()> kSigns = {CellSign::None, CellSign::Corner,
+                                                                    CellSign::Bar, CellSign::Bold};
 
 QColor FromWindows(grid::Colour colour) {
-    return {static_cast<int>(colour & 0xFFU), static_cast<int>(colour >> 8U & 0xFFU),
-            static_cast<int>(colour >> 16U & 0xFFU)};
+    return {static_cast<int>(grid::RedOf(colour)), static_cast<int>(grid::GreenOf(colour)),
+            static_cast<int>(grid::BlueOf(colour))};
 }
 
 double Luminance(const QColor& colour) {
@@ -46,11 +36,6 @@ QColor BlackOrWhite(const QColor& back) {
     return Contrast(back, Qt::black) >= Contrast(back, Qt::white) ? Qt::black : Qt::white;
 }
 
-const DarkForm* PaintedForm(grid::Colour back) {
-    const auto found = std::ranges::find(kPainted, back, &DarkForm::back);
-    return found == kPainted.end() ? nullptr : &*found;
-}
-
 }  // namespace
 
 double Contrast(const QColor& a, const QColor& b) {
@@ -63,24 +48,27 @@ bool IsDark(const QPalette& palette) {
     return palette.color(QPalette::Base).lightness() < 128;
 }
 
-CellSign SignOf(grid::Colour back) {
-    if (back == colours::kWhite) {
-        return CellSign::None;
-    }
-    const DarkForm* form = PaintedForm(back);
-    return form != nullptr ? form->sign : CellSign::Bold;
+CellSign SignOf(grid::CellRole role) {
+    return kSigns[static_cast<std::size_t>(role)];
 }
 
-CellLook LookOf(grid::Colour back, grid::Colour text, const QPalette& palette) {
-    if (back == colours::kWhite) {
+CellLook LookOf(grid::CellRole role, const QPalette& palette) {
+    if (role == grid::CellRole::Plain) {
         return {palette.color(QPalette::Base), palette.color(QPalette::Text), CellSign::None};
     }
-    const DarkForm* form = PaintedForm(back);
-    const CellSign sign = SignOf(back);
-    if (form != nullptr && IsDark(palette)) {
-        return {QColor(form->dark), QColor(form->text), sign};
+    const grid::RoleColours& colours = grid::ColoursOf(role);
+    const grid::ColourPair& pair = IsDark(palette) ? colours.dark : colours.light;
+    return {FromWindows(pair.back), FromWindows(pair.text), SignOf(role)};
+}
+
+CellLook LookOf(const grid::ResultGrid& grid, int column, int row, const QPalette& palette) {
+    const grid::CellRole role = grid.Role(column, row);
+    CellLook look = LookOf(role, palette);
+    if (const grid::Colour back = grid.BackColor(column, row); back != grid::ColoursOf(role).light.back) {
+        look.back = FromWindows(back);
+        look.text = BlackOrWhite(look.back);
     }
-    return {FromWindows(back), FromWindows(text), sign};
+    return look;
 }
 
 CellLook Selected(const CellLook& look, const QPalette& palette) {

@@ -4,7 +4,7 @@
 #include <QColor>
 #include <QPalette>
 
-#include "grid/GridLayout.h"
+#include "grid/ResultGrid.h"
 
 namespace tavrel::app {
 
@@ -28,12 +28,14 @@ struct CellLook {
 
 bool IsDark(const QPalette& palette);
 
-/// What a cell that has this colour in the grid is told by beside the colour.
-CellSign SignOf(grid::Colour back);
+/// What a cell of this role is told by beside the colour.
+CellSign SignOf(grid::CellRole role);
 
-/// The look of a cell with these colours in the grid.  A cell without colour of its own takes the desktop's;
-/// the text can be read on the back (contrast of 4.5 at least, but for the compare column's given pair).
-CellLook LookOf(grid::Colour back, grid::Colour text, const QPalette& palette);
+/// The look of a cell of this role.  A plain cell takes the desktop's colours; the text can be read on the
+/// back (contrast of 4.5 at least, but for the compare column's given pair).
+CellLook LookOf(grid::CellRole role, const QPalette& palette);
+/// The same of a cell of the grid; one that was given a colour of its own shows that.
+CellLook LookOf(const grid::ResultGrid& grid, int column, int row, const QPalette& palette);
 
 /// The look of a selected cell: the selection's colour, through which a painted cell can still be told.
 CellLook Selected(const CellLook& look, const QPalette& palette);

@@ -14,23 +14,6 @@ namespace tavrel::app {
 
 namespace {
 
-namespace cell = grid::cell;
-
-/// Columns of free text: they give and take room, by these shares.
-struct FreeColumn {
-    int column;  ///< of side A
-    int share;
-};
-constexpr std::array<FreeColumn, 3> kFree = {{{cell::kTable, 4}, {cell::kField, 4}, {cell::kDefault, 2}}};
-constexpr int kBothShares = 20;
-
-/// Texts that are common and longer than their columns' captions.
-struct UsualText {
-    int column;  ///< of side A
-    const char* text;
-};
-constexpr std::array<UsualText, 2> kUsual = {{{cell::kType, "Currency"}, {cell::kDefault, "False"}}};
-
 /// What of its width a free column keeps at first, and what it keeps when the others have nothing to give.
 constexpr double kComfortable = 0.75;
 constexpr double kReadable = 0.5;
@@ -48,13 +31,11 @@ struct Metrics {
 };
 
 int NeededWidth(const Metrics& metrics, int column) {
-    const QString caption = ToQt(grid::LayoutOf(column).caption);
-    int needed = metrics.plain.horizontalAdvance(caption) + 2 * kCellMargin + 2;
-    for (const UsualText& usual : kUsual) {
-        if (column == usual.column || column == usual.column + grid::kSideBOffset) {
-            const int text = metrics.differing.horizontalAdvance(QString::fromLatin1(usual.text));
-            needed = std::max(needed, CellWidth(text, column, CellSign::Corner));
-        }
+    const grid::ColumnLayout& layout = grid::LayoutOf(column);
+    int needed = metrics.plain.horizontalAdvance(ToQt(layout.caption)) + 2 * kCellMargin + 2;
+    if (!layout.usual.empty()) {
+        const int text = metrics.differing.horizontalAdvance(ToQt(layout.usual));
+        needed = std::max(needed, CellWidth(text, column, CellSign::Corner));
     }
     return needed;
 }
@@ -82,11 +63,11 @@ struct Giver {
 /// `kept`: the part of its width that each keeps.
 std::vector<Giver> FreeColumns(ColumnWidths& widths, const Metrics& metrics, double kept) {
     std::vector<Giver> givers;
-    for (const FreeColumn& free : kFree) {
-        for (const int column : {free.column, free.column + grid::kSideBOffset}) {
+    for (int column = 1; column <= grid::kColumnCount; ++column) {
+        if (const int share = grid::LayoutOf(column).freeShare; share > 0) {
             int& width = widths[static_cast<std::size_t>(column)];
             const int least = std::max(static_cast<int>(width * kept), NeededWidth(metrics, column));
-            givers.push_back({&width, least, free.share});
+            givers.push_back({&width, least, share});
         }
     }
     return givers;
@@ -96,10 +77,9 @@ std::vector<Giver> FreeColumns(ColumnWidths& widths, const Metrics& metrics, dou
 std::vector<Giver> GivenColumns(ColumnWidths& widths, const Metrics& metrics) {
     std::vector<Giver> givers;
     for (int column = 1; column <= grid::kColumnCount; ++column) {
-        const int side = column > grid::kCompareColumn ? column - grid::kSideBOffset : column;
         int& width = widths[static_cast<std::size_t>(column)];
         const int least = NeededWidth(metrics, column);
-        if (width > least && std::ranges::find(kFree, side, &FreeColumn::column) == kFree.end()) {
+        if (width > least && grid::LayoutOf(column).freeShare == 0) {
             givers.push_back({&width, least, width - least});
         }
     }
@@ -127,8 +107,12 @@ int Take(std::vector<Giver> givers, int missing) {
 }
 
 void Give(const std::vector<Giver>& takers, int over) {
+    int shares = 0;
     for (const Giver& taker : takers) {
-        *taker.width += over * taker.share / kBothShares;
+        shares += taker.share;
+    }
+    for (const Giver& taker : takers) {
+        *taker.width += over * taker.share / shares;
     }
 }
 

@@ -100,7 +100,7 @@ bool GridDelegate::MergesWithAbove(int column, int modelRow) const {
     const int above = model_.GridRow(modelRow - 1);
     const grid::TextId text = grid.Id(column, row);
     return text != grid::kEmptyText && text == grid.Id(column, above) &&
-           grid.BackColor(column, row) == grid.BackColor(column, above);
+           grid.Role(column, row) == grid.Role(column, above);
 }
 
 void GridDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
@@ -108,7 +108,7 @@ void GridDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
     const grid::ResultGrid& grid = model_.Grid();
     const int column = index.column() + 1;
     const int row = model_.GridRow(index.row());
-    CellLook look = LookOf(grid.BackColor(column, row), grid.TextColor(column), option.palette);
+    CellLook look = LookOf(grid, column, row, option.palette);
     if (option.state.testFlag(QStyle::State_Selected)) {
         look = Selected(look, option.palette);
     }
@@ -131,7 +131,7 @@ void GridDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
 
 QSize GridDelegate::sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const {
     const int column = index.column() + 1;
-    const CellSign sign = SignOf(model_.Grid().BackColor(column, model_.GridRow(index.row())));
+    const CellSign sign = SignOf(model_.Grid().Role(column, model_.GridRow(index.row())));
     const QFontMetrics metrics(CellFont(option.font, sign));
     return {CellWidth(metrics.horizontalAdvance(model_.data(index).toString()), column, sign),
             metrics.height() + 4};

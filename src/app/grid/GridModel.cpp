@@ -8,25 +8,16 @@
 
 namespace tavrel::app {
 
-namespace {
-
-namespace cell = grid::cell;
-
-}  // namespace
-
 Qt::Alignment AlignmentOf(int gridColumn) {
-    const int column = gridColumn > grid::kCompareColumn ? gridColumn - grid::kSideBOffset : gridColumn;
-    switch (column) {
-        case cell::kTable:
-        case cell::kField:
-        case cell::kType:
-        case cell::kDefault:
+    switch (grid::LayoutOf(gridColumn).align) {
+        case grid::Align::Left:
             return Qt::AlignLeft | Qt::AlignVCenter;
-        case cell::kSize:
+        case grid::Align::Right:
             return Qt::AlignRight | Qt::AlignVCenter;
-        default:
-            return Qt::AlignCenter;
+        case grid::Align::Centre:
+            break;
     }
+    return Qt::AlignCenter;
 }
 
 GridModel::GridModel(const grid::ResultGrid& grid) : grid_(grid) {
@@ -103,8 +94,8 @@ QString GridModel::AccessibleText(int column, int row) const {
                    ? text
                    : ToQt(report::DifferenceInWords(result.Row(static_cast<std::size_t>(row - 1))));
     }
-    const bool painted = grid_.BackColor(column, row) != grid::LayoutOf(column).back;
-    return painted ? text + QStringLiteral(" (다름)") : text;
+    const bool marked = grid_.Mark(column, row) != grid::CellMark::None;
+    return marked ? text + QStringLiteral(" (다름)") : text;
 }
 
 QVariant GridModel::headerData(int section, Qt::Orientation orientation, int role) const {

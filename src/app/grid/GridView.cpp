@@ -240,7 +240,7 @@ int GridView::sizeHintForColumn(int column) const {
     for (int modelRow = 0; modelRow < model_->rowCount(); ++modelRow) {
         const int row = model_->GridRow(modelRow);
         const grid::TextId id = grid_.Id(column + 1, row);
-        const CellSign sign = SignOf(grid_.BackColor(column + 1, row));
+        const CellSign sign = SignOf(grid_.Role(column + 1, row));
         const std::size_t type = IsBold(sign) ? 1 : 0;
         if (!measured[type][id]) {
             measured[type][id] = true;
@@ -262,7 +262,7 @@ QString GridView::ToolTipOf(const QModelIndex& index) const {
 QString GridView::CutText(const QModelIndex& index) const {
     const QString text = model_->data(index).toString();
     const int column = index.column() + 1;
-    const CellSign sign = SignOf(grid_.BackColor(column, model_->GridRow(index.row())));
+    const CellSign sign = SignOf(grid_.Role(column, model_->GridRow(index.row())));
     const int room = TextRoom(visualRect(index), column, sign).width();
     return QFontMetrics(CellFont(font(), sign)).horizontalAdvance(text) > room ? text : QString();
 }

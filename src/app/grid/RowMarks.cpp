@@ -18,7 +18,7 @@ constexpr std::array<ToneName, 3> kToneNames = {
 
 RowTone ToneOf(const grid::ResultGrid& grid, int row) {
     const auto alone = [&](int offset) {
-        return grid.BackColor(grid::cell::kField + offset, row) == grid::colours::kOneSided;
+        return grid.Mark(grid::cell::kField + offset, row) == grid::CellMark::OneSided;
     };
     if (alone(0)) {
         return RowTone::OnlyA;

@@ -11,8 +11,7 @@
 #include "details/ReadSchema.h"
 #include "platform/FileSystem.h"
 #include "platform/SameFile.h"
-#include "report/ComparisonReport.h"
-#include "report/HtmlReport.h"
+#include "report/ComparisonFormats.h"
 #include "workbench/Headless.h"
 
 namespace tavrel::cli {
@@ -40,7 +39,7 @@ class CompareCommand : public Command {
         AddFlag(app, "--index-only", request_.indexOnly, "인덱스만 비교");
         AddFlag(app, "--only-differences", request_.onlyDifferences, "틀린 자료만 보기");
         AddFlag(app, "--details", details_, "인덱스와 관계를 세부까지 비교");
-        AddFormat(app, format_, {"text", "csv", "json", "html"});
+        AddFormat(app, format_, FormatNames());
         AddText(app, "-o,--output", output_, "파일",
                 "결과를 이 파일에 씀(끝까지 써야 파일이 생김). 여러 파일의 html은 폴더에");
     }
@@ -115,38 +114,28 @@ class CompareCommand : public Command {
     }
 
     void Report(const compare::ComparisonResult& result, const report::Details* details) const {
+        const report::ComparisonFormat& format = *report::ComparisonFormatNamed(format_);
         if (output_.empty()) {
-            Write(StandardOutput(), result, details, StyleOfStandardOutput());
+            format.write(StandardOutput(), result, details, StyleOfStandardOutput());
             return;
         }
         ReportFile file(output_);
-        Write(file.Stream(), result, details, {});
+        format.writeFile(file.Stream(), result, details, {});
         file.Commit();
     }
 
-    void Write(std::ostream& out, const compare::ComparisonResult& result, const report::Details* details,
-               const report::TextStyle& style) const {
-        if (format_ == "csv") {
-            (output_.empty() ? report::WriteComparisonCsv : report::WriteComparisonCsvFile)(out, result);
-            if (details != nullptr) {
-                report::WriteDetailsCsv(out, *details);
-            }
-        } else if (format_ == "json") {
-            report::WriteDetailedJson(out, result, details);
-        } else if (format_ == "html") {
-            report::WriteDetailedHtml(out, result, details);
-        } else {
-            report::WriteComparisonText(out, result, style);
-            if (details != nullptr) {
-                report::WriteDetailsText(out, *details, style);
-            }
+    static std::vector<std::string> FormatNames() {
+        std::vector<std::string> names;
+        for (const report::ComparisonFormat& format : report::ComparisonFormats()) {
+            names.emplace_back(format.name);
         }
+        return names;
     }
 
     workbench::CompareRequest request_;
     std::vector<std::string> others_;
     bool details_ = false;
-    std::string format_ = "text";
+    std::string format_{report::ComparisonFormats().front().name};
     std::string output_;
 };
 
