@@ -4,6 +4,7 @@
 #include <array>
 
 #include "report/ComparisonReport.h"
+#include "report/DisplayText.h"
 #include "report/HtmlReport.h"
 
 namespace tavrel::report {
@@ -34,11 +35,27 @@ void Unstyled(std::ostream& out, const compare::ComparisonResult& result, const 
     kWrite(out, result, details);
 }
 
+template <void (*kWrite)(std::ostream&, const SurveyResult&)>
+void UnstyledSurvey(std::ostream& out, const SurveyResult& result, const TextStyle& /*style*/) {
+    kWrite(out, result);
+}
+
+void WriteSurveyCsvFile(std::ostream& out, const SurveyResult& result) {
+    out << kByteOrderMark;
+    WriteSurveyCsv(out, result);
+}
+
 constexpr std::array<ComparisonFormat, 4> kFormats = {{
-    {.name = "text", .write = WriteText, .writeFile = WriteText},
+    {.name = "text",
+     .write = WriteText,
+     .writeFile = WriteText,
+     .writeSurvey = WriteSurveyText,
+     .writeSurveyFile = WriteSurveyText},
     {.name = "csv",
      .write = WriteCsv<WriteComparisonCsv>,
      .writeFile = WriteCsv<WriteComparisonCsvFile>,
+     .writeSurvey = UnstyledSurvey<WriteSurveyCsv>,
+     .writeSurveyFile = UnstyledSurvey<WriteSurveyCsvFile>,
      .menuPlace = 2,
      .command = "CSV로 저장…",
      .filter = "CSV (*.csv)",
@@ -46,6 +63,8 @@ constexpr std::array<ComparisonFormat, 4> kFormats = {{
     {.name = "json",
      .write = Unstyled<WriteDetailedJson>,
      .writeFile = Unstyled<WriteDetailedJson>,
+     .writeSurvey = UnstyledSurvey<WriteSurveyJson>,
+     .writeSurveyFile = UnstyledSurvey<WriteSurveyJson>,
      .menuPlace = 3,
      .command = "JSON으로 저장…",
      .filter = "JSON (*.json)",
@@ -53,6 +72,8 @@ constexpr std::array<ComparisonFormat, 4> kFormats = {{
     {.name = "html",
      .write = Unstyled<WriteDetailedHtml>,
      .writeFile = Unstyled<WriteDetailedHtml>,
+     .writeSurvey = UnstyledSurvey<WriteSurveyHtml>,
+     .writeSurveyFile = UnstyledSurvey<WriteSurveyHtml>,
      .menuPlace = 1,
      .command = "HTML로 저장…",
      .filter = "HTML (*.html)",

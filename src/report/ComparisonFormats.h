@@ -8,17 +8,24 @@
 
 #include "compare/ComparisonResult.h"
 #include "report/DetailsReport.h"
+#include "report/SurveyReport.h"
 #include "report/TextTable.h"
 
 namespace tavrel::report {
 
 struct ComparisonFormat {
+    /// `details`: null when they were not compared.
     using Writer = void (*)(std::ostream& out, const compare::ComparisonResult& result,
-                            const TextStyle& style);
+                            const Details* details, const TextStyle& style);
+
+    /// Of many databases against one reference.
+    using SurveyWriter = void (*)(std::ostream& out, const SurveyResult& result, const TextStyle& style);
 
     std::string_view name;  ///< as the command line takes it
     Writer write;           ///< to a terminal or a pipe
     Writer writeFile;       ///< to a file of its own
+    SurveyWriter writeSurvey;
+    SurveyWriter writeSurveyFile;
     // What the window's menu and its save dialog show; places count from 1 in menu order, 0: the window does
     // not offer the format.
     int menuPlace = 0;

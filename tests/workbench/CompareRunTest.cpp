@@ -257,13 +257,13 @@ TEST(Headless, ShowsEachKindOfDifference) {
     EXPECT_EQ(result->Message(), "3건의 다른곳이 발견 되었습니다.");
     EXPECT_EQ(result->PathB(), folder.File("b.mdb"));
     EXPECT_EQ(result->Row(0).mark, "");
-    EXPECT_EQ(result->Row(1).RedNames(), std::vector<std::string_view>{"type"});
+    EXPECT_EQ(result->Row(1).DifferingNames(), std::vector<std::string_view>{"type"});
     EXPECT_EQ((*result->Row(1).b)[5], "Double");
-    EXPECT_EQ(result->Row(2).BlueName(), "a");
+    EXPECT_EQ(result->Row(2).OneSidedName(), "a");
     EXPECT_FALSE(result->Row(2).b.has_value());
     EXPECT_EQ((*result->Row(3).a)[4], "last");
     EXPECT_FALSE(result->Row(4).a.has_value());
-    EXPECT_EQ(result->Row(4).BlueName(), "");
+    EXPECT_EQ(result->Row(4).OneSidedName(), "");
 }
 
 /// Real files: with the sides exchanged and one-sided rows left out, as many rows differ; a file equals

@@ -8,7 +8,7 @@
 #include "cli/TerminalProgress.h"
 #include "platform/FileSystem.h"
 #include "platform/SameFile.h"
-#include "report/DisplayText.h"
+#include "report/ComparisonFormats.h"
 #include "report/HtmlReport.h"
 #include "report/SurveyReport.h"
 #include "text/Case.h"
@@ -75,22 +75,6 @@ void RefuseToOverwriteInput(const ManyOptions& options) {
     }
 }
 
-void Write(std::ostream& out, const ManyOptions& options, const report::SurveyResult& result,
-           const report::TextStyle& style) {
-    if (options.format == "csv") {
-        if (!options.output.empty()) {
-            out << report::kByteOrderMark;
-        }
-        report::WriteSurveyCsv(out, result);
-    } else if (options.format == "json") {
-        report::WriteSurveyJson(out, result);
-    } else if (options.format == "html") {
-        report::WriteSurveyHtml(out, result);
-    } else {
-        report::WriteSurveyText(out, result, style);
-    }
-}
-
 ExitCode CodeFor(const std::vector<survey::Outcome>& outcomes) {
     const auto any = [&](survey::State state) {
         return std::ranges::any_of(outcomes, [&](const survey::Outcome& o) { return o.state == state; });
@@ -121,11 +105,12 @@ ExitCode CompareMany(const ManyOptions& named) {
             result.pages = writer.Pages();
         }
     }
+    const report::ComparisonFormat& format = *report::ComparisonFormatNamed(options.format);
     if (options.output.empty()) {
-        Write(StandardOutput(), options, result, StyleOfStandardOutput());
+        format.writeSurvey(StandardOutput(), result, StyleOfStandardOutput());
     } else {
         ReportFile file(pages ? options.output + platform::kPathSeparator + kIndexPage : options.output);
-        Write(file.Stream(), options, result, {});
+        format.writeSurveyFile(file.Stream(), result, {});
         file.Commit();
     }
     return CodeFor(result.outcomes);
