@@ -67,7 +67,8 @@ void ComplainOrSayWhy() {
 }  // namespace
 
 void Complain(std::string_view text) {
-    // Line breaks are ours; everything else that could command a terminal is shown as a picture.
+    // The line breaks are the message's own; every other control character may come out of a file, and is
+    // shown as a picture so that it cannot command the terminal.
     std::size_t start = 0;
     while (start <= text.size()) {
         std::size_t end = text.find('\n', start);
@@ -95,7 +96,8 @@ ExitCode RunGuarded(const std::function<ExitCode()>& work) {
         StandardOutput().flush();
         return code;
     } catch (...) {
-        // Nothing more can come of a stream that has failed; its end must not throw again.
+        // The stream may be what has failed: flushed once more when the program ends, it must not throw
+        // again.
         const int systemError = errno;
         reserve.Release();
         StandardOutput().exceptions(std::ios_base::goodbit);

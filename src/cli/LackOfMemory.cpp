@@ -21,7 +21,7 @@ std::terminate_handler gUsual = nullptr;
         SayThatMemoryRanOut();
         std::_Exit(static_cast<int>(ExitCode::Failed));
     } catch (...) {
-        // As without us.
+        // Everything but a lack of memory ends as it would without this handler.
     }
     gUsual();
     std::abort();

@@ -22,7 +22,7 @@ void Declare(CLI::App& app, const std::vector<std::unique_ptr<Command>>& command
         PutIntoGroups(*sub);
         command->Declare(*sub);
     }
-    // Exactly one; so a file may be called like a command.
+    // Exactly one command is taken: what follows it is a file, even where a command has that name.
     app.require_subcommand(1);
 }
 
@@ -42,7 +42,7 @@ ExitCode RunProgram(std::vector<std::string> arguments) {
     SpeakKorean(app);
     Declare(app, commands);
     arguments = WithEmptyValuesApart(app, arguments);
-    // The parser takes them from the back, without the program.
+    // The parser wants the arguments in reverse order and without the name of the program.
     std::reverse(arguments.begin(), arguments.end());
     if (!arguments.empty()) {
         arguments.pop_back();

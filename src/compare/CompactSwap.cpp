@@ -29,7 +29,7 @@ void DeleteLeftover(const std::string& compacted, const std::string& database) {
     try {
         platform::OpenFile(database, platform::FileAccess::Read);
     } catch (const Error&) {
-        return;  // as the compaction will say
+        return;  // The compaction opens it too, and tells what is wrong.
     }
     platform::DeleteFileIfThere(compacted);
 }
@@ -38,22 +38,22 @@ void RequireReplaceable(const std::string& database) {
     try {
         platform::OpenFile(database, platform::FileAccess::Read);
     } catch (const Error&) {
-        return;  // as the compaction will say
+        return;  // The compaction reads it too, and tells what is wrong.
     }
     try {
         platform::OpenFile(database, platform::FileAccess::ReadWrite);
     } catch (const platform::FileInUse&) {
-        return;  // as the compaction will say
+        return;  // The compaction meets the same user, and names the file.
     }
 }
 
 namespace {
 
 void Replace(const std::string& compacted, const std::string& database) {
-    // A link keeps leading to the database that it leads to.
+    // Where the name is a link, what it leads to is replaced: the link goes on leading there.
     const std::string target = platform::FollowLinks(database);
     platform::CopyPermissions(target, compacted);
-    // Nobody else has the file open, and it may be written.
+    // Opening it for writing is the question whether anybody else has it open, and whether it may be changed.
     platform::OpenFile(database, platform::FileAccess::ReadWrite);
     platform::ReplaceFile(compacted, target);
 }

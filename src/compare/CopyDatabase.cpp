@@ -40,7 +40,8 @@ void GrantAsFor(const std::string& from, const std::string& to) {
         if (error.Number() != errors::kPermissionDenied) {
             throw;
         }
-        // It has just been made by us: the file system carries no permissions of its own.
+        // We have just made the file, so this is a file system that keeps no permissions: nothing can be
+        // granted.
     }
 }
 

@@ -83,7 +83,8 @@ static_assert(std::ranges::is_sorted(kLines, {}, &CodeLine::engine));
 }  // namespace
 
 std::int32_t AdoNumber(const Error& error) {
-    // A date that is none shares its number with other mistakes in expressions, but not the provider's.
+    // The engine gives a literal that is no date the number of any mistake in an expression; the provider has
+    // a code of its own for it.
     if (error.Number() == sqlErrors::kInExpression &&
         error.Description().find(kDateSyntax) != std::string::npos) {
         return kCannotConvert;

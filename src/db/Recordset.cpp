@@ -83,7 +83,7 @@ RecordsetField Recordset::Fields(std::string_view name) const {
     const std::vector<std::string>& names = Rows().Names();
     const auto found = std::ranges::find_if(
         names, [&](const std::string& other) { return text::EqualIgnoringCase(other, name); });
-    // Behind the last name is no item.
+    // A name that is not there becomes the number behind the last one, which is refused as such.
     return Fields(static_cast<std::int32_t>(found - names.begin()));
 }
 

@@ -146,9 +146,9 @@ bool DBAddRelation(const std::string& name, const std::string& parent, const std
                 parentKey + " WHERE " + parentKey + " IS NULL GROUP BY " + childKey,
             0, 1, 1);
         if (count > 0) {
-            return false;  // rows of the user's are not ours to delete
+            return false;  // They are the user's rows: no migration deletes them.
         }
-        // No orphans.  When the query could not be opened, reading it fails here and ends the work.
+        // A count of -1 may mean that the query could not be opened; reading it then fails and ends the work.
         static_cast<void>(orphans->Eof());
         modDBsub::DBExecute("ALTER TABLE " + child + " ADD CONSTRAINT " + name + " FOREIGN KEY (" +
                             childColumn + ") REFERENCES " + parent + " (" + parentColumn + ")" +

@@ -102,7 +102,7 @@ std::string DBNextCode(const std::string& table, const std::string& column, std:
     if (!extraCondition.empty()) {
         statement += " AND " + extraCondition;
     }
-    // Null reads as the empty text, which counts as 0: the first code is 1.
+    // A table without rows has Null for its highest code; that reads as 0, so that the first code is 1.
     return db::CodeBehind(DBNullToStr(DBGetValue(statement)), width);
 }
 

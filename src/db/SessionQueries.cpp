@@ -69,7 +69,7 @@ std::int32_t DBOpenRs(std::unique_ptr<db::Recordset>& rs, const std::string& sta
         TellFailure(error, statement);
         return -1;
     }
-    // Asking a closed one for its count fails after the point where failures are told.
+    // A statement without rows leaves the recordset closed, and a closed one has no count to ask for.
     return rs->State() == db::adStateOpen ? rs->RecordCount() : -1;
 }
 

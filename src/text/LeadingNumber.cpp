@@ -64,7 +64,8 @@ double LeadingNumber(std::string_view text) {
     double value = 0;
     const auto [end, failure] = std::from_chars(number.data(), number.data() + number.size(), value);
     if (failure == std::errc::result_out_of_range) {
-        // Either too large, or so small that it is nothing.
+        // The same failure stands for a number beyond the largest and for one too near to 0, which counts as
+        // 0.
         if (number.find("e-") == std::string::npos) {
             throw MakeError(kOverflow);
         }

@@ -90,7 +90,7 @@ class PatchSession {
     void Keep() const { Send("COMMIT"); }
 
   private:
-    // Not one of the products' statements: whoever listens to those does not hear of it.
+    // Past the session, so that the trace, which lists the product's statements, does not have this one.
     static void Send(const char* statement) { modDBsub::gDBConn->Execute(statement); }
 };
 

@@ -43,7 +43,8 @@ class SqlCommand : public Command {
         if (platform::HasKeyboard() && platform::IsTerminal(platform::Stream::Output)) {
             return SqlShell(connection, *writer, file_, password_.value_or("")).Run();
         }
-        // Preparing the output cuts the streams off from C's: before that, input would be lost between them.
+        // The output unties the streams from those of C when it is first used.  That must happen before the
+        // first line is read: input that waits in the buffers of C would be lost.
         StandardOutput();
         return RunStream(connection, *writer, std::cin);
     }

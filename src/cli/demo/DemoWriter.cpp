@@ -72,7 +72,7 @@ bool IsDemoDatabase(const std::string& path) {
             properties.OfColumn(marked.fields.front().column.name, "Description");
         return description != nullptr && description->AsText() == kDemoDescription;
     } catch (const Error&) {
-        // Whatever cannot be read is somebody else's.
+        // A file that we cannot read is none that we have made, and must not be overwritten.
         return false;
     }
 }

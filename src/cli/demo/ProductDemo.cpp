@@ -88,7 +88,7 @@ bool IsProductDemo(const std::string& path) {
         const std::string query = std::string("SELECT code FROM office WHERE bigo = '") + kOfficeRemark + "'";
         return !connection.Execute(query).Eof();
     } catch (const Error&) {
-        // Whatever cannot be read is somebody else's.
+        // A file that we cannot read is none that we have made, and must not be overwritten.
         return false;
     }
 }

@@ -63,7 +63,8 @@ bool RunText(SqlConnection& connection, ResultWriter& writer, const std::string&
 /// Lines as UTF-8, whatever the console writes.
 class Lines {
   public:
-    // Without exceptions a line that cannot be read would look like the end.
+    // A device that fails only sets a bit, and a line that cannot be read would look like the end of the
+    // input.
     explicit Lines(std::istream& in) : in_(in) { in_.exceptions(std::ios_base::badbit); }
 
     /// False at the end.  Throws Error 5 for a line that makes no text, 57 when nothing can be read, and
