@@ -80,7 +80,7 @@ void GridDesk::Save(const ReportFormatLine& format) {
         return;
     }
     saveFolder_ = FolderOf(saved);
-    const bool isPage = format.format == ReportFormat::Html;
+    const bool isPage = format.name == "html";
     if (isPage && services_.messages.Show({.text = kOpenPage, .buttons = platform::MessageButtons::YesNo}) ==
                       platform::MessageAnswer::Yes) {
         services_.openFile(saved);
