@@ -64,7 +64,7 @@ void CopyDatabase(const std::string& from, const std::string& to) {
     // A journal that an earlier copy has left must not be taken for one of this copy.
     platform::DeleteFileIfThere(jet::JournalPath(to));
     CopyOver(*database, from, to);
-    const std::string journal = jet::JournalPath(from);
+    const std::string journal = jet::JournalPath(platform::FollowLinks(from));
     if (platform::FileExists(journal)) {
         const auto pages = platform::OpenFile(journal, platform::FileAccess::Read);
         CopyOver(*pages, from, jet::JournalPath(to));

@@ -30,6 +30,9 @@ void ReplaceFile(const std::string& from, const std::string& to);
 /// Gives a file its name in one step, on one volume.  Throws 58 when something has that name already; then,
 /// and whenever it throws, the file has its old name only.
 void RenameNew(const std::string& from, const std::string& to);
+/// Makes last, when the power fails, that the name was made, renamed or removed.  A folder that may not be
+/// read, or a file system that keeps names in order by itself, is left alone.
+void SyncFolderOf(const std::string& path);
 /// Gives `to` the permissions of `from`: mode and owner, on Windows the access list.
 void CopyPermissions(const std::string& from, const std::string& to);
 /// Takes from a folder's permissions what those of `file` do not grant, where they carry their own; the owner

@@ -19,7 +19,7 @@ RowCursor::RowCursor(Pager& pager, const TableDefinition& table, std::uint32_t o
 
 void RowCursor::FindPages() {
     havePages_ = true;
-    pages_ = ReadUsageMap(pager_, table_.ownedMap).pages;
+    pages_ = ReadRowPages(pager_, table_.ownedMap);
     rowBudget_ = std::uint64_t{kPageSize} * pages_.size();
 }
 

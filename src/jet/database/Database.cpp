@@ -4,7 +4,6 @@
 #include <map>
 
 #include "jet/storage/SharedFile.h"
-#include "jet/storage/UsageMap.h"
 #include "platform/FileSystem.h"
 #include "text/Case.h"
 
@@ -35,8 +34,9 @@ ByteVector ReadFirstPage(platform::File& file) {
 }
 
 /// What an unfinished transaction has left beside the database: reading goes on from before it.
+/// REQUIRES: the database is open here, so that nobody is in the middle of a transaction.
 std::optional<OldPages> ReadOldPages(const std::string& path) {
-    const std::string journal = JournalPath(path);
+    const std::string journal = JournalPath(platform::FollowLinks(path));
     try {
         if (!platform::FileExists(journal)) {
             return std::nullopt;
@@ -45,25 +45,6 @@ std::optional<OldPages> ReadOldPages(const std::string& path) {
     } catch (const Error& error) {
         throw MakeError(errors::kCannotOpen, {path}, error.Description());
     }
-}
-
-/// Pages taken behind the end of the file.  Real files have up to 30 such pages that were taken in groups and
-/// never written; more of them, or one that begins inside the file, mean that the end of the file is missing.
-bool IsTruncated(Pager& pager, std::uint64_t fileBytes) {
-    constexpr std::uint64_t kTakenInGroups = 64;
-    const RowPointer freeMap{1, 0};
-    const ByteVector row = ReadRowAt(pager, freeMap);
-    if (U8(row, 0) != 0) {
-        return false;  // what a map with bitmap pages says of pages behind the end is not known
-    }
-    const UsageMap free = ReadUsageMap(pager, freeMap, 8 * std::uint64_t{row.size()} + U32(row, 1));
-    std::uint64_t end = free.capacity;  // behind the last page that is not free
-    for (auto page = free.pages.rbegin(); page != free.pages.rend() && *page + std::uint64_t{1} == end;
-         ++page) {
-        --end;
-    }
-    const bool partialPage = fileBytes % kPageSize != 0;
-    return end > pager.PageCount() + (partialPage ? 0 : kTakenInGroups);
 }
 
 }  // namespace
@@ -96,31 +77,38 @@ std::unique_ptr<platform::File> OpenForReading(const std::string& path) {
     }
 }
 
-/// Puts the pages back that an unfinished transaction has overwritten.
-void Recover(platform::File& file, const std::string& path) {
-    if (const std::optional<OldPages> old = ReadOldPages(path)) {
-        for (const auto& [number, page] : old->pages) {
-            file.WriteAt(std::uint64_t{number} * kPageSize, *page);
-        }
-        file.Truncate(std::uint64_t{old->pageCount} * kPageSize);
-        file.Sync();
+/// Puts the pages back that an unfinished transaction has overwritten.  A journal that comes back when the
+/// power fails would undo what is written from now on, whoever writes it.
+void Recover(platform::File& file, const std::string& path, const JournalFiles& journal) {
+    const std::optional<OldPages> old = ReadOldPages(path);
+    if (old) {
+        PutBack(*old, file);
     }
-    JournalFilesFor(path).remove();
+    journal.remove();
+    if (old) {
+        journal.syncFolder();
+    }
 }
 
 }  // namespace
 
 std::unique_ptr<Database> Database::Open(const std::string& path, const OpenOptions& options) {
-    return OpenFile(OpenForReading(path), path, options, ReadOldPages(path));
+    std::unique_ptr<platform::File> file = OpenForReading(path);
+    std::optional<OldPages> old = ReadOldPages(path);
+    return OpenFile(std::move(file), path, options, std::move(old));
 }
 
 std::unique_ptr<Database> Database::OpenForChanges(const std::string& path, const OpenOptions& options) {
-    OpenFile(OpenOrThrow(path, platform::FileAccess::Read), path, options,
-             ReadOldPages(path));  // refusals change nothing
+    {
+        std::unique_ptr<platform::File> looked = OpenOrThrow(path, platform::FileAccess::Read);
+        std::optional<OldPages> old = ReadOldPages(path);
+        OpenFile(std::move(looked), path, options, std::move(old));  // refusals change nothing
+    }
     std::unique_ptr<platform::File> file = OpenOrThrow(path, platform::FileAccess::ReadWrite);
-    Recover(*file, path);
+    JournalFiles journal = JournalFilesFor(platform::FollowLinks(path));
+    Recover(*file, path, journal);
     std::unique_ptr<Database> database = OpenFile(ShareWithReaders(std::move(file), path), path, options);
-    database->pager_->SetJournal(JournalFilesFor(path));
+    database->pager_->SetJournal(std::move(journal));
     return database;
 }
 
@@ -128,7 +116,6 @@ std::unique_ptr<Database> Database::OpenFile(std::unique_ptr<platform::File> fil
                                              const OpenOptions& options, std::optional<OldPages> old) {
     std::unique_ptr<Database> database(new Database());
     database->path_ = path;
-    const std::uint64_t bytes = old ? std::uint64_t{kPageSize} * old->pageCount : file->Size();
     try {
         const bool changed = old && old->pages.contains(0);
         database->header_ = ParseHeader(
@@ -149,17 +136,14 @@ std::unique_ptr<Database> Database::OpenFile(std::unique_ptr<platform::File> fil
     database->pager_ = std::make_unique<class Pager>(std::move(pages));
     database->catalog_ = std::make_unique<class Catalog>(*database->pager_, header.ownerKey);
     if (!options.tolerant) {
-        database->CheckOpening(bytes);
+        database->CheckOpening();
     }
     return database;
 }
 
 /// A database whose catalog cannot be read is refused at once.
-void Database::CheckOpening(std::uint64_t fileBytes) {
+void Database::CheckOpening() {
     try {
-        if (IsTruncated(*pager_, fileBytes)) {
-            throw MakeError(errors::kCannotOpen, {path_}, "파일의 끝이 잘림");
-        }
         catalog_->Objects();
     } catch (const Error& error) {
         if (error.Number() == errors::kDamaged) {

@@ -21,7 +21,7 @@ namespace tavrel::jet {
 struct OpenOptions {
     std::string password;       ///< ignored by a database that has none
     bool checkPassword = true;  ///< false: look into a protected file without knowing the password
-    bool tolerant = false;      ///< true: open a truncated or damaged file as far as it can be read
+    bool tolerant = false;      ///< true: open a file whose catalog is cut off or damaged, too
 };
 
 struct CreateOptions {
@@ -77,7 +77,7 @@ class Database {
 
   private:
     Database() = default;
-    void CheckOpening(std::uint64_t fileBytes);
+    void CheckOpening();
     /// Throws 3027 when the database was opened for reading.
     class Writer& RequireWriter();
 

@@ -72,7 +72,7 @@ UnfinishedFile::~UnfinishedFile() {
     }
     try {
         platform::DeleteFileIfThere(path_);
-    } catch (const Error&) {
+    } catch (...) {
         // It was never a database; that it cannot be removed either is no news to whom the first failure went
         // to.
     }

@@ -1,5 +1,6 @@
 #include "jet/session/EditSession.h"
 
+#include "jet/catalog/WholeFile.h"
 #include "jet/session/SchemaEditor.h"
 #include "jet/session/SessionTable.h"
 #include "jet/sql/statement/TableChanges.h"
@@ -179,6 +180,10 @@ void EditSession::Rollback() {
 }
 
 void EditSession::BeginStatement() {
+    if (!isWhole_) {
+        RequireWholeFile(database_->Pager(), database_->Catalog());
+        isWhole_ = true;
+    }
     if (transactions_ == 0) {
         database_->Pager().BeginTransaction();
     }

@@ -22,11 +22,17 @@ class SessionTable;
 class EditSession : public sql::Tables, public sql::Transactions {
   public:
     /// What a finished transaction is worth when the power fails; being killed never harms.
-    enum class Durability { OnMedium, WrittenOut };
+    enum class Durability {
+        OnMedium,   ///< each is on the medium when its statement returns: the rule, and right for every file
+                    ///< that somebody wants to keep
+        WrittenOut  ///< the system brings them there when it likes, in any order: a power failure may leave
+                    ///< no database at all.  For working copies alone, which can be made anew
+    };
 
-    /// Opens an existing database for changing, after undoing what an unfinished transaction has left.
-    /// `unknown`: stand-in weights are for copies that nobody works with afterwards, see the README. Throws
-    /// what Database::Open throws, and 3045 when anybody has the file open.
+    /// Opens an existing database for changing, after undoing what an unfinished transaction has left.  The
+    /// first change throws 3428 when the end of the file is missing (WholeFile.h). `unknown`: stand-in
+    /// weights are for copies that nobody works with afterwards, see the README. Throws what Database::Open
+    /// throws, and 3045 when anybody has the file open.
     static std::unique_ptr<EditSession> Open(const std::string& path, const OpenOptions& options = {},
                                              Durability durability = Durability::OnMedium,
                                              UnknownWeights unknown = UnknownWeights::Refuse);
@@ -81,6 +87,7 @@ class EditSession : public sql::Tables, public sql::Transactions {
     std::unordered_map<PageNumber, std::shared_ptr<SessionTable>>
         tables_;  ///< met since the last change of definitions
     std::uint64_t catalogEdition_ = 0;
+    bool isWhole_ = false;       ///< the end of the file is there, as far as anybody has looked
     unsigned transactions_ = 0;  ///< begun by statements, one inside the other
     sql::TextComparer texts_;
     std::unique_ptr<sql::SchemaChanges> schema_;

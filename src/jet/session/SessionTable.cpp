@@ -166,7 +166,7 @@ void SessionTable::AddIndex(const LogicalIndex& logical) {
 /// closed.
 std::uint64_t SessionTable::RowCount() const {
     std::uint64_t rows = 0;
-    for (const PageNumber number : ReadUsageMap(database_.Pager(), definition_.ownedMap).pages) {
+    for (const PageNumber number : ReadRowPages(database_.Pager(), definition_.ownedMap)) {
         const PageRef page = database_.Pager().Read(number);
         const DataPageView view(page);
         for (unsigned slot = 0; slot < view.SlotCount(); ++slot) {

@@ -37,6 +37,15 @@ ByteVector Header(PageNumber pageCount, std::uint32_t records, std::uint64_t has
     return header;
 }
 
+/// The journal holds what the database holds.  Where permissions cannot be set, files have none of their own.
+void LetTheSameRead(const std::string& database, const std::string& journal) {
+    try {
+        platform::CopyPermissions(database, journal);
+    } catch (const Error&) {
+        return;
+    }
+}
+
 }  // namespace
 
 std::string JournalPath(const std::string& databasePath) {
@@ -46,11 +55,15 @@ std::string JournalPath(const std::string& databasePath) {
 JournalFiles JournalFilesFor(const std::string& databasePath) {
     const std::string path = JournalPath(databasePath);
     return {.create =
-                [path] {
+                [path, databasePath] {
                     platform::DeleteFileIfThere(path);
-                    return platform::OpenFile(path, platform::FileAccess::CreateNew);
+                    std::unique_ptr<platform::File> file =
+                        platform::OpenFile(path, platform::FileAccess::CreateNew);
+                    LetTheSameRead(databasePath, path);
+                    return file;
                 },
-            .remove = [path] { platform::DeleteFileIfThere(path); }};
+            .remove = [path] { platform::DeleteFileIfThere(path); },
+            .syncFolder = [path] { platform::SyncFolderOf(path); }};
 }
 
 void JournalWriter::Add(PageNumber number, const Page& page) {
@@ -69,15 +82,9 @@ void JournalWriter::WriteBuffer() {
     buffer_.clear();
 }
 
-void JournalWriter::Finish(bool sync) {
+void JournalWriter::Finish() {
     WriteBuffer();
-    if (sync) {
-        file_.Sync();
-    }
     file_.WriteAt(0, Header(pageCount_, records_, hash_));
-    if (sync) {
-        file_.Sync();
-    }
 }
 
 std::optional<OldPages> ReadJournal(platform::File& file) {
@@ -109,6 +116,14 @@ std::optional<OldPages> ReadJournal(platform::File& file) {
         return std::nullopt;
     }
     return old;
+}
+
+void PutBack(const OldPages& old, platform::File& database) {
+    for (const auto& [number, page] : old.pages) {
+        database.WriteAt(std::uint64_t{number} * kPageSize, *page);
+    }
+    database.Truncate(std::uint64_t{old.pageCount} * kPageSize);
+    database.Sync();
 }
 
 }  // namespace tavrel::jet

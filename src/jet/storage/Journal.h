@@ -10,9 +10,10 @@
 // | 24     |      | records: u32 page number, 4096 bytes as stored in the file |
 //
 // Rules:
-//  1. The journal is whole (and on the medium, when syncing is asked for) before the first page is
-//  overwritten.
-//  2. It is removed only after the last page is written (and on the medium).
+//  1. The journal is whole (and on the medium with its name in the folder, when syncing is asked for) before
+//  the first page is overwritten.
+//  2. It is removed only after the last page is written (and on the medium).  When syncing is asked for, the
+//  transaction is done when the folder no longer names the journal on the medium either.
 //  3. Whoever finds a whole journal puts the old pages back, or reads the database as if they were; a journal
 //  that is
 //     not whole was never followed by a change of the database, and means nothing.
@@ -32,11 +33,14 @@ namespace tavrel::jet {
 
 /// How the journal's file is made and removed; tests stand in for the disk.
 struct JournalFiles {
-    std::function<std::unique_ptr<platform::File>()> create;
-    std::function<void()> remove;
+    std::function<std::unique_ptr<platform::File>()> create;  ///< an older one is removed first
+    std::function<void()> remove;                             ///< fine when there is none
+    std::function<void()> syncFolder;  ///< what was made or removed stays so when the power fails
 };
 
-/// The files for a database on disk: its path with "-journal" behind it.
+/// The files for a database on disk: its path with "-journal" behind it.  Only those who may read the
+/// database may read the journal.  REQUIRES: no link, see platform::FollowLinks: another name is another
+/// journal.
 std::string JournalPath(const std::string& databasePath);
 JournalFiles JournalFilesFor(const std::string& databasePath);
 
@@ -49,12 +53,15 @@ struct OldPages {
 /// Nothing when the journal is not whole.
 std::optional<OldPages> ReadJournal(platform::File& file);
 
+/// Gives the database its old pages again and brings them to the medium.  The journal may go afterwards.
+void PutBack(const OldPages& old, platform::File& database);
+
 class JournalWriter {
   public:
     JournalWriter(platform::File& file, PageNumber pageCount) : file_(file), pageCount_(pageCount) {}
     void Add(PageNumber number, const Page& page);
-    /// Writes the header, which makes the journal whole.
-    void Finish(bool sync);
+    /// Writes the header, which makes the journal whole; bytes that the medium lacks are found by the hash.
+    void Finish();
 
   private:
     void WriteBuffer();

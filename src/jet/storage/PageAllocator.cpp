@@ -1,5 +1,7 @@
 #include "jet/storage/PageAllocator.h"
 
+#include <algorithm>
+
 #include "jet/storage/DataPage.h"
 
 namespace tavrel::jet {
@@ -47,24 +49,41 @@ void FormatBitmapPage(Page& page, bool fill) {
 }  // namespace
 
 PageNumber PageAllocator::Allocate() {
-    PageNumber page = LowestFree();
+    PageNumber page = Lowest();
     if (page < kMaxPages && !FreeMapNames(page)) {
         // The map grows first: its new bitmap page takes the very place that was found.
         SetBitmapBit(kFreeMap, page, true);
-        page = LowestFree();
+        page = Lowest();
     }
     if (page >= kMaxPages) {
         throw MakeError(errors::kDatabaseTooLarge);
-    }
-    // Pages between the end of the file and a free page behind it were taken and never written: they become
-    // part of the file, owned by nobody.
-    while (pager_.PageCount() < page) {
-        pager_.Fresh(pager_.PageCount());
     }
     SetBit(kFreeMap, page, false);
     hint_ = page + 1;
     pager_.Fresh(page);
     return page;
+}
+
+/// The lowest page to be had.  One behind the end of the file that is not free was taken by a program that
+/// never wrote it: nobody has it.
+PageNumber PageAllocator::Lowest() {
+    const PageNumber free = LowestFree();
+    const PageNumber end = pager_.PageCount();
+    if (free > end) {
+        TakeFromPending(end);
+        return end;
+    }
+    return free;
+}
+
+/// Pages that were taken and never written may wait in the other global map to be given back.
+void PageAllocator::TakeFromPending(PageNumber page) {
+    constexpr RowPointer kPendingMap{1, 1};
+    const PageRef maps = pager_.Read(kPendingMap.page);
+    if (DataPageView(maps).SlotCount() > kPendingMap.row &&
+        std::ranges::binary_search(ReadUsageMap(pager_, kPendingMap, kEveryPage).pages, page)) {
+        SetBit(kPendingMap, page, false);
+    }
 }
 
 /// The lowest free page; the first page that the map cannot name when none is set.

@@ -10,8 +10,8 @@ class PageAllocator {
   public:
     explicit PageAllocator(Pager& pager) : pager_(pager) {}
 
-    /// Takes the lowest free page, extending the file when it lies behind the end.  The page is zeroed.
-    /// Throws 3036 at two gigabytes.
+    /// Takes the lowest free page, or the one behind the end of the file.  The page is zeroed.  Throws 3036
+    /// at two gigabytes.  REQUIRES: no map but the global ones names a page behind the end.
     PageNumber Allocate();
     /// Gives a page back to the free map.
     void Free(PageNumber page);
@@ -29,6 +29,8 @@ class PageAllocator {
     RowPointer NewMap(PageNumber& mapPage);
 
   private:
+    PageNumber Lowest();
+    void TakeFromPending(PageNumber page);
     PageNumber LowestFree();
     bool FreeMapNames(PageNumber page);
     void SetBit(RowPointer map, PageNumber page, bool value);

@@ -59,10 +59,10 @@ Pager::Frame& Pager::Load(PageNumber number) {
 
 Pager::Frame& Pager::Insert(PageNumber number, std::shared_ptr<Page> page, bool dirty) {
     MakeRoom();
-    recent_.push_front(number);
+    std::list<PageNumber> place{number};
     Frame& frame =
-        frames_.insert_or_assign(number, Frame{std::move(page), false, ++editions_, 0, recent_.begin()})
-            .first->second;
+        frames_.emplace(number, Frame{std::move(page), false, ++editions_, 0, place.begin()}).first->second;
+    recent_.splice(recent_.begin(), place);
     if (dirty) {
         MarkDirty(frame);
     }
@@ -72,17 +72,14 @@ Pager::Frame& Pager::Insert(PageNumber number, std::shared_ptr<Page> page, bool 
 void Pager::MarkDirty(Frame& frame) {
     if (!frame.dirty) {
         frame.dirty = true;
-        ++dirtyCount_;
-        recent_.erase(frame.place);
+        changed_.splice(changed_.begin(), recent_, frame.place);
     }
 }
 
-void Pager::MarkClean(PageNumber number, Frame& frame) {
+void Pager::MarkClean(Frame& frame) {
     if (frame.dirty) {
         frame.dirty = false;
-        --dirtyCount_;
-        recent_.push_front(number);
-        frame.place = recent_.begin();
+        recent_.splice(recent_.begin(), changed_, frame.place);
     }
 }
 
@@ -105,27 +102,21 @@ Pager::Unit* Pager::Innermost() {
 /// Drops the least recently used unchanged pages beyond the limit.  Changed pages stay while a statement is
 /// open (rule 2); outside one they are written when they are too many.
 void Pager::MakeRoom() {
-    if (Innermost() == nullptr && dirtyCount_ >= limit_) {
+    if (Innermost() == nullptr && changed_.size() >= limit_ && !torn_) {
         WriteDirty();
     }
-    while (frames_.size() >= limit_ + dirtyCount_ && !recent_.empty()) {
+    while (recent_.size() >= limit_ && !recent_.empty()) {
         frames_.erase(recent_.back());
         recent_.pop_back();
     }
 }
 
 void Pager::WriteDirty() {
-    std::vector<PageNumber> numbers;
-    for (const auto& [number, frame] : frames_) {
-        if (frame.dirty) {
-            numbers.push_back(number);
-        }
-    }
-    std::sort(numbers.begin(), numbers.end());
-    for (const PageNumber number : numbers) {
-        Frame& frame = frames_.at(number);
-        file_->WritePage(number, *frame.page);
-        MarkClean(number, frame);
+    changed_.sort();
+    while (!changed_.empty()) {
+        Frame& frame = frames_.find(changed_.front())->second;
+        file_->WritePage(changed_.front(), *frame.page);
+        MarkClean(frame);
     }
 }
 
@@ -146,6 +137,14 @@ void Pager::Unit::End() {
     }
 }
 
+void Pager::Unit::TakeOver(Unit& inner) {
+    const std::size_t pages = before.size() + inner.before.size();
+    if (static_cast<float>(pages) > before.max_load_factor() * static_cast<float>(before.bucket_count())) {
+        before.reserve(2 * pages);  // merging would lose pages if it ran out of memory on its way
+    }
+    before.merge(inner.before);
+}
+
 void Pager::CommitStatement() {
     assert(statement_.open);
     if (InTransaction()) {
@@ -162,10 +161,11 @@ void Pager::RollBack(Unit& unit) {
             continue;  // came and went within the unit
         }
         Frame& frame = found->second;
-        if (image.page && image.dirty) {
+        // What a torn file holds is not what it should: its old pages stay here, like changed ones.
+        if (image.page && (image.dirty || torn_)) {
             MarkDirty(frame);
         } else {
-            MarkClean(number, frame);
+            MarkClean(frame);
         }
         if (image.page) {
             frame.page = image.page;
@@ -180,7 +180,10 @@ void Pager::RollBack(Unit& unit) {
 }
 
 void Pager::BeginTransaction() {
-    assert(!statement_.open && (InTransaction() || dirtyCount_ == 0));
+    if (torn_) {
+        throw MakeError(errors::kReadOnly, {}, "앞선 쓰기를 되돌리지 못함: 데이터베이스를 다시 열어야 함");
+    }
+    assert(!statement_.open && (InTransaction() || changed_.empty()));
     transactions_.emplace_back().Begin(pageCount_, ++units_);
 }
 
@@ -195,33 +198,43 @@ void Pager::WriteJournal(bool sync) {
             writer.Add(number, file_->AsStored(number, *image.page));
         }
     }
-    writer.Finish(sync);
+    writer.Finish();
+    if (sync) {
+        file->Sync();
+        journal_->syncFolder();
+    }
+}
+
+void Pager::WriteOut(bool sync, Stage& stage) {
+    if (journal_) {
+        WriteJournal(sync);
+    }
+    stage = Stage::WritingPages;
+    WriteDirty();
+    if (sync) {
+        file_->Sync();
+    }
+    if (journal_) {
+        journal_->remove();
+        stage = Stage::JournalRemoved;
+        if (sync) {
+            journal_->syncFolder();
+        }
+    }
 }
 
 void Pager::CommitTransaction(bool sync) {
     assert(InTransaction() && !statement_.open);
     if (transactions_.size() > 1) {
-        Unit inner = std::move(transactions_.back());
-        transactions_.pop_back();
-        transactions_.back().TakeOver(inner);
-        return;
-    }
-    if (dirtyCount_ > 0) {
+        transactions_[transactions_.size() - 2].TakeOver(transactions_.back());
+    } else if (!changed_.empty()) {
+        Stage stage = Stage::WritingJournal;
         try {
-            if (journal_) {
-                WriteJournal(sync);
-            }
-            WriteDirty();
-            if (sync) {
-                file_->Sync();
-            }
+            WriteOut(sync, stage);
         } catch (...) {
-            PutBack();
+            PutBack(sync, stage);
             RollbackTransaction();
             throw;
-        }
-        if (journal_) {
-            journal_->remove();
         }
     }
     transactions_.pop_back();
@@ -233,24 +246,41 @@ void Pager::RollbackTransaction() {
     transactions_.pop_back();
 }
 
-/// A commit has failed half-way: the file gets its old pages again.  Where that fails too, the journal stays,
-/// and whoever opens the file next reads it as it was.
-void Pager::PutBack() {
+/// A commit has failed half-way: the file gets its old pages again, a journal beside it all the while.  The
+/// first failure is the one that is reported.  Where this fails too, the journal stays, and whoever opens the
+/// file next reads it as it was.
+void Pager::PutBack(bool sync, Stage stage) noexcept {
     try {
-        const Unit& transaction = transactions_.front();
-        for (const auto& [number, image] : transaction.before) {
-            if (image.page) {
-                file_->WritePage(number, *image.page);
+        if (stage == Stage::JournalRemoved) {
+            WriteJournal(sync);
+        }
+        if (stage != Stage::WritingJournal) {
+            const Unit& transaction = transactions_.front();
+            for (const auto& [number, image] : transaction.before) {
+                if (image.page) {
+                    file_->WritePage(number, *image.page);
+                }
+            }
+            if (file_->PageCount() > transaction.pageCount) {
+                file_->Truncate(transaction.pageCount);
+            }
+            if (sync) {
+                file_->Sync();
             }
         }
-        if (file_->PageCount() > transaction.pageCount) {
-            file_->Truncate(transaction.pageCount);
-        }
+    } catch (...) {
+        torn_ = true;
+        return;
+    }
+    try {
         if (journal_) {
             journal_->remove();
+            if (sync) {
+                journal_->syncFolder();
+            }
         }
-    } catch (const Error&) {
-        // The first failure is the one that is reported; the journal holds what could not be put back.
+    } catch (...) {
+        // It says what the file says.  The next transaction has to remove it before it begins its own.
     }
 }
 

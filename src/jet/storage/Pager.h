@@ -15,6 +15,7 @@
 //  5. Pages come into being and go only through PageAllocator.
 //  6. CommitTransaction writes the old content of the pages to the journal before it overwrites the first of
 //  them.
+//  7. Rolling back asks for no memory: it is what is left to do when there is none.
 #pragma once
 
 #include <algorithm>
@@ -75,11 +76,14 @@ class Pager {
     void RollbackStatement() { RollBack(statement_); }
     [[nodiscard]] bool InStatement() const { return statement_.open; }
 
-    /// Inside another transaction, or as the outermost one.  REQUIRES: no statement is open.
+    /// Inside another transaction, or as the outermost one.  Throws 3027 once a failed commit could not be
+    /// taken back: the journal that holds the old pages must not be replaced by another one; whoever opens
+    /// the file next puts them back.  REQUIRES: no statement is open.
     void BeginTransaction();
     /// The innermost transaction becomes part of the one round it; the outermost one's changed pages are
     /// written, all of them or, when the program is killed meanwhile, none.  `sync`: they are on the medium
-    /// when the call returns.  A failure rolls the transaction back.  REQUIRES: no statement is open.
+    /// when the call returns.  A failure of any call rolls the transaction back, in memory and in the file.
+    /// REQUIRES: no statement is open.
     void CommitTransaction(bool sync);
     /// The innermost one.  REQUIRES: no statement is open.
     void RollbackTransaction();
@@ -97,14 +101,14 @@ class Pager {
         bool dirty = false;
         std::uint64_t edition = 0;
         std::uint64_t keptIn = 0;               ///< the last unit that has kept what the page was
-        std::list<PageNumber>::iterator place;  ///< in recent_, when unchanged
+        std::list<PageNumber>::iterator place;  ///< in changed_ or recent_
     };
 
     Frame& Load(PageNumber number);
     Frame& Insert(PageNumber number, std::shared_ptr<Page> page, bool dirty);
     void Remember(PageNumber number, Frame& frame);
     void MarkDirty(Frame& frame);
-    void MarkClean(PageNumber number, Frame& frame);
+    void MarkClean(Frame& frame);
     void MakeRoom();
     void WriteDirty();
 
@@ -113,8 +117,8 @@ class Pager {
     PageNumber pageCount_;
     PagePool pool_;
     std::unordered_map<PageNumber, Frame> frames_;
-    std::list<PageNumber> recent_;  ///< unchanged pages, the most recently used first
-    std::size_t dirtyCount_ = 0;
+    std::list<PageNumber> recent_;   ///< unchanged pages, the most recently used first
+    std::list<PageNumber> changed_;  ///< the others: a page goes from one list to the other as it is
     std::uint64_t editions_ = 0;
     std::uint64_t units_ = 0;
 
@@ -132,15 +136,21 @@ class Pager {
         void Begin(PageNumber count, std::uint64_t unit);
         void End();
         /// An inner unit that ends becomes part of this one: what this one has kept is older, and stays.
-        void TakeOver(Unit& inner) { before.merge(inner.before); }
+        /// Without the memory for it neither of them has changed.
+        void TakeOver(Unit& inner);
         void Keep(PageNumber number, const BeforeImage& image) { before.try_emplace(number, image); }
     };
     /// The innermost unit that is open; null when there is none.
     Unit* Innermost();
     void RollBack(Unit& unit);
-    void WriteJournal(bool sync);
-    void PutBack();
 
+    /// How far a commit has come.
+    enum class Stage { WritingJournal, WritingPages, JournalRemoved };
+    void WriteOut(bool sync, Stage& stage);
+    void WriteJournal(bool sync);
+    void PutBack(bool sync, Stage stage) noexcept;
+
+    bool torn_ = false;  ///< a commit has failed and the file could not be given its old pages
     Unit statement_;
     std::vector<Unit> transactions_;  ///< the outermost one first
     std::optional<JournalFiles> journal_;

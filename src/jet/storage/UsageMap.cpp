@@ -56,6 +56,14 @@ UsageMap ReadUsageMap(Pager& pager, RowPointer at, std::uint64_t limit) {
     return map;
 }
 
+std::vector<PageNumber> ReadRowPages(Pager& pager, RowPointer at) {
+    UsageMap map = ReadUsageMap(pager, at, kEveryPage);
+    if (!map.pages.empty() && map.pages.back() >= pager.PageCount()) {
+        ThrowDamaged("파일의 끝이 잘림: 페이지 " + std::to_string(map.pages.back()) + "이(가) 없음");
+    }
+    return std::move(map.pages);
+}
+
 ByteVector ReadRowAt(Pager& pager, RowPointer at) {
     const PageRef page = pager.Read(at.page);
     Slot slot = DataPageView(page).At(at.row);

@@ -34,6 +34,10 @@ inline UsageMap ReadUsageMap(Pager& pager, RowPointer at) {
     return ReadUsageMap(pager, at, pager.PageCount());
 }
 
+/// The pages that hold a table's rows.  Throws 3428 when one of them lies behind the end of the file: its
+/// rows are lost, and nobody should take the others for all there are.
+std::vector<PageNumber> ReadRowPages(Pager& pager, RowPointer at);
+
 /// The bytes of the row that a pointer names, followed over one move.  Throws 3428.
 ByteVector ReadRowAt(Pager& pager, RowPointer at);
 

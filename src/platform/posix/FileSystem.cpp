@@ -43,16 +43,6 @@ struct stat StatusOf(const std::string& path) {
     return status;
 }
 
-/// Makes a rename in the folder last.  A folder that may not be read cannot be synced; the rename stands
-/// anyway.
-void SyncFolderOf(const std::string& path) {
-    const std::string folder = std::filesystem::path(FullPath(path)).parent_path().string();
-    const Descriptor descriptor(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    if (descriptor.IsOpen() && ::fsync(descriptor.Number()) != 0 && errno != EINVAL) {
-        throw LastSystemError(folder);
-    }
-}
-
 /// False, with errno set, when it cannot be done.
 bool MoveToNewName(const char* from, const char* to) {
     if (::renameat2(AT_FDCWD, from, AT_FDCWD, to, RENAME_NOREPLACE) == 0) {
@@ -116,6 +106,18 @@ void ReplaceFile(const std::string& from, const std::string& to) {
         throw SystemError(reason, FileExists(from) ? to : from);
     }
     SyncFolderOf(to);
+}
+
+void SyncFolderOf(const std::string& path) {
+    const std::string folder = std::filesystem::path(FullPath(path)).parent_path().string();
+    const Descriptor descriptor(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (!descriptor.IsOpen() || ::fsync(descriptor.Number()) == 0) {
+        return;
+    }
+    const bool knowsNoSuchThing = errno == EINVAL || errno == EOPNOTSUPP || errno == ENOSYS;
+    if (!knowsNoSuchThing) {
+        throw LastSystemError(folder);
+    }
 }
 
 void RenameNew(const std::string& from, const std::string& to) {

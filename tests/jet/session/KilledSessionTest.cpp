@@ -1,98 +1,12 @@
-// A session whose program is killed at any write of any statement: what is found afterwards is sound, and as
-// it was before the statement or after it.
+// A session whose program is killed at any write of any statement, whose disk fails at any call, or loses its
+// power: what is found is sound, and as it was before the statement or after it.
 #include <gtest/gtest.h>
 
-#include "jet/session/SessionBench.h"
-#include "jet/storage/Disk.h"
-#include "support/MemoryFile.h"
+#include "jet/session/SessionOnDisk.h"
+#include "jet/storage/PowerLoss.h"
 
 namespace tavrel::testing {
 namespace {
-
-using jet::Disk;
-using jet::DiskFile;
-
-constexpr const char* kSetup[] = {
-    "CREATE TABLE p (id LONG CONSTRAINT pk PRIMARY KEY, name TEXT(40), memo MEMO)",
-    "CREATE TABLE c (no COUNTER CONSTRAINT ck PRIMARY KEY, pid LONG, t TEXT(60))",
-    "CREATE INDEX it ON c (t)",
-    "ALTER TABLE c ADD CONSTRAINT r FOREIGN KEY (pid) REFERENCES p (id) ON DELETE CASCADE ON UPDATE CASCADE",
-};
-constexpr const char* kStatements[] = {
-    "INSERT INTO p VALUES (1000, 'new', 'memo text')",
-    "UPDATE p SET memo = name & memo & memo & memo & memo & memo WHERE id < 20",
-    "UPDATE c SET t = t & 'longer than it was before by far'",
-    "UPDATE p SET id = id + 5000 WHERE id > 30",
-    "DELETE FROM p WHERE id > 20",
-    "ALTER TABLE p ADD COLUMN extra MEMO DEFAULT 'x' NOT NULL",
-    "ALTER TABLE c ALTER COLUMN t MEMO",
-    "ALTER TABLE c ALTER COLUMN t TEXT(30)",
-    "CREATE UNIQUE INDEX iu ON p (id, name DESC)",
-    "DROP INDEX it ON c",
-    "ALTER TABLE c DROP CONSTRAINT r",
-    "ALTER TABLE c DROP COLUMN t",
-    "CREATE TABLE x (a COUNTER CONSTRAINT xk PRIMARY KEY, b LONG, CONSTRAINT xr FOREIGN KEY (b) REFERENCES p "
-    "(id))",
-    "DROP TABLE x",
-    "DROP TABLE c",
-};
-
-std::unique_ptr<jet::EditSession> SessionOn(Disk& disk) {
-    auto database = jet::Database::OpenFile(std::make_unique<DiskFile>(disk, false), "disk");
-    database->Pager().SetJournal(jet::FilesOf(disk));
-    return jet::EditSession::On(std::move(database), jet::EditSession::Durability::OnMedium);
-}
-
-std::string Shown(const jet::TableInfo& table) {
-    std::string text = table.name + ":";
-    for (const jet::FieldInfo& field : table.fields) {
-        text += " " + field.name + "/" + std::to_string(field.daoType) + field.defaultValue;
-    }
-    for (const jet::IndexInfo& index : table.indexes) {
-        text += " [" + index.name + "]";
-    }
-    return text + "\n";
-}
-
-/// All that the database says, which must be sound.
-std::string Content(Disk& disk) {
-    const auto database =
-        jet::Database::OpenFile(std::make_unique<DiskFile>(disk, false), "disk", {}, jet::OldPagesOf(disk));
-    EXPECT_EQ(SessionBench::FindingsOf(*database), "");
-    std::string text;
-    for (const jet::CatalogObject& object : database->Catalog().Objects()) {
-        if (object.IsTable() && !object.IsSystem()) {
-            text += Shown(database->Describe(object));
-            for (const auto& row : ReadRows(*database, object.name)) {
-                for (const jet::Value& value : row) {
-                    text += test::Shown(value) + "|";
-                }
-                text += "\n";
-            }
-        }
-    }
-    return text;
-}
-
-Disk FilledDisk() {
-    SessionBench bench;
-    for (const char* statement : kSetup) {
-        bench.Run(statement);
-    }
-    bench.Run("BEGIN TRANSACTION");
-    for (int i = 0; i < 40; ++i) {
-        const std::string n = std::to_string(i);
-        bench.Run("INSERT INTO p VALUES (" + n + ", 'name " + n + "', '" + std::string(30 * (i % 7), 'm') +
-                  "')");
-        bench.Run("INSERT INTO c (pid, t) VALUES (" + n + ", 'text " + n + "')");
-    }
-    bench.Run("COMMIT");
-    bench.Close();
-    const std::string bytes = ReadWholeFile(bench.Path());
-    Disk disk;
-    disk.database.assign(bytes.begin(), bytes.end());
-    return disk;
-}
 
 TEST(KilledSession, LeavesEveryStatementWholeOrUndone) {
     Disk disk = FilledDisk();
@@ -116,7 +30,7 @@ TEST(KilledSession, LeavesEveryStatementWholeOrUndone) {
             } catch (const jet::Killed&) {
                 ended = false;
             }
-            killed.writesLeft = 1 << 30;
+            killed.writesLeft = Disk::kNever;
             const std::string found = Content(killed);
             ASSERT_TRUE(found == before || found == after);
             if (ended) {
@@ -132,20 +46,60 @@ TEST(KilledSession, LeavesEveryStatementWholeOrUndone) {
     EXPECT_GT(undone, kills / 2);
 }
 
-/// The disk is full in the middle of the pages: the statement fails, the session goes on with what was
-/// before.
-TEST(KilledSession, GoesOnAfterAFullDisk) {
-    for (int from = 0; from < 6; ++from) {
-        Disk disk = FilledDisk();
+/// One call fails, reading ones too: the statement fails, and the session goes on with what was before.
+TEST(KilledSession, GoesOnAfterAnyCallThatFails) {
+    Disk disk = FilledDisk();
+    for (const char* statement : kStatements) {
+        SCOPED_TRACE(statement);
+        Disk done = disk;
+        SessionOn(done)->Execute(statement);
         const std::string before = Content(disk);
-        const auto session = SessionOn(disk);
-        disk.failFrom = from;
-        disk.failures = 1;
-        EXPECT_EQ(ErrorOf([&] { session->Execute(kStatements[4]); }), errors::kNoDiskSpace);
-        EXPECT_EQ(Content(disk), before);
-        disk.failures = 0;
-        EXPECT_EQ(session->Execute(kStatements[4]).affected, 19);
-        EXPECT_NE(Content(disk), before);
+        const std::string after = Content(done);
+        for (int from = 0;; ++from) {
+            SCOPED_TRACE(from);
+            Disk failing = disk;
+            const auto session = SessionOn(failing);
+            failing.failFrom = from;
+            failing.failures = 1;
+            bool failed = false;
+            try {
+                session->Execute(statement);
+            } catch (const Error&) {
+                failed = true;
+            }
+            failing.FailNever();
+            if (!failed) {
+                ASSERT_EQ(Content(failing), after);
+                break;
+            }
+            ASSERT_EQ(Content(failing), before);
+            session->Execute(statement);
+            ASSERT_EQ(Content(failing), after);
+        }
+        disk = std::move(done);
+    }
+}
+
+/// Statement after statement, and the power fails somewhere.
+TEST(KilledSession, LosesNothingWithThePower) {
+    constexpr int kFailures = 150;
+    const Disk start = FilledDisk();
+    Disk run = start;
+    jet::History<std::string> history;
+    history.moments.push_back({0, Content(run)});
+    const auto session = SessionOn(run);
+    for (const char* statement : kStatements) {
+        run.record = true;
+        session->Execute(statement);
+        run.record = false;
+        history.moments.push_back({run.steps.size(), Content(run)});
+    }
+    jet::PowerLoss power(815);
+    for (int failure = 0; failure < kFailures; ++failure) {
+        const std::size_t cut = power.Draw(run.steps.size());
+        SCOPED_TRACE(cut);
+        Disk left = power.After(start, std::span(run.steps).first(cut));
+        ASSERT_TRUE(history.Allows(cut, Content(left)));
     }
 }
 

@@ -1,5 +1,5 @@
 // The rules of the page cache, by their numbers in Pager.h.
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 #include "jet/database/CountingFile.h"
 #include "jet/storage/DataPage.h"
@@ -151,6 +151,21 @@ TEST_F(PageAllocatorTest, TheLowestFreePageIsTakenAndTheFileGrows) {
     EXPECT_EQ(allocator_.Allocate(), 11U);
     EXPECT_EQ(allocator_.Allocate(), kPages);
     EXPECT_EQ(pager_->PageCount(), kPages + 1);
+}
+
+/// Pages behind the end that are not free were taken by a program that never wrote them.
+TEST_F(PageAllocatorTest, PagesBehindTheEndAreTakenWhateverTheGlobalMapsSay) {
+    DataPageEditor(pager_->Write(1)).Append(ByteVector(kMapRowBytes, 0));
+    const RowPointer pending{1, 1};
+    for (const PageNumber page : {kPages, kPages + 1, kPages + 2}) {
+        allocator_.Remove({1, 0}, page);
+    }
+    allocator_.Add(pending, kPages + 1);
+    for (PageNumber page = 8; page < kPages + 4; ++page) {
+        EXPECT_EQ(allocator_.Allocate(), page);
+    }
+    EXPECT_EQ(pager_->PageCount(), kPages + 4);
+    EXPECT_THAT(ReadUsageMap(*pager_, pending, kEveryPage).pages, ::testing::IsEmpty());
 }
 
 TEST_F(PageAllocatorTest, AMapThatCannotHoldAPageGetsBitmapPages) {
