@@ -261,9 +261,7 @@ void Pager::PutBack(bool sync, Stage stage) noexcept {
                     file_->WritePage(number, *image.page);
                 }
             }
-            if (file_->PageCount() > transaction.pageCount) {
-                file_->Truncate(transaction.pageCount);
-            }
+            file_->Truncate(transaction.pageCount);  // a part of a page behind the end goes, too
             if (sync) {
                 file_->Sync();
             }
