@@ -2,23 +2,23 @@
 // bytes, u32 next page); what follows them in all pages, one after the other, is the definition.  Offsets as
 // in the first page:
 //
-// | offset | size | content                                        |
-// |--------|------|------------------------------------------------|
-// | 08     | u32  | length of the definition, counted from 08      |
-// | 0C     | u32  | 0x659                                          |
-// | 10     | u32  | number of rows                                 |
-// | 14     | u32  | last autonumber value given out                |
-// | 18     | u32  | autonumber step                                |
-// | 28     | u8   | 'N' user table, 'S' engine table               |
-// | 29     | u16  | column numbers ever given out                  |
-// | 2B     | u16  | variable columns ever given out                |
-// | 2D     | u16  | number of columns                              |
-// | 2F     | u32  | number of logical indexes                      |
-// | 33     | u32  | number of real indexes                         |
-// | 37     | u32  | row pointer of the owned-pages map             |
-// | 3B     | u32  | row pointer of the free-space map              |
-// | 3F     |      | statistics 12 * real | columns 25 * n | names | real indexes 52 * n | logical indexes 28
-// * n | |        |      | names | long-value trailer 10 * n | FF FF + 8 zero bytes |
+// | offset | size | content                                                                        |
+// |--------|------|--------------------------------------------------------------------------------|
+// | 08     | u32  | length of the definition, counted from 08                                      |
+// | 0C     | u32  | 0x659                                                                          |
+// | 10     | u32  | number of rows                                                                 |
+// | 14     | u32  | last autonumber value given out                                                |
+// | 18     | u32  | autonumber step                                                                |
+// | 28     | u8   | 'N' user table, 'S' engine table                                               |
+// | 29     | u16  | column numbers ever given out                                                  |
+// | 2B     | u16  | variable columns ever given out                                                |
+// | 2D     | u16  | number of columns                                                              |
+// | 2F     | u32  | number of logical indexes                                                      |
+// | 33     | u32  | number of real indexes                                                         |
+// | 37     | u32  | row pointer of the owned-pages map                                             |
+// | 3B     | u32  | row pointer of the free-space map                                              |
+// | 3F     |      | statistics 12 * real, columns 25 * n, names, real indexes 52 * n,              |
+// |        |      | logical indexes 28 * n, names, long-value trailer 10 * n, FF FF + 8 zero bytes |
 #pragma once
 
 #include <string>

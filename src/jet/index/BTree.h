@@ -4,8 +4,7 @@
 //  1. The root page keeps its number: when the root splits, its content moves to a new page below it.
 //  2. A node entry is an upper bound of its child; the entries of the next child are greater.
 //  3. No leaf but the root is empty, and no node has less than one entry beside its tail unless keys are so
-//  long that
-//     its neighbours are full with one.
+//     long that its neighbours are full with one.
 //  4. Leaves, and nodes of one level, are chained in key order.
 //  5. Pages come from the allocator and stand in the index's map.
 #pragma once

@@ -9,9 +9,8 @@
 //   Single, Double, Date    big-endian; sign bit inverted when clear, all bits when set
 //   Boolean                 00 true, FF false
 //   Numeric                 FF + magnitude big-endian; negative: 00 + inverted magnitude
-//   GUID, Binary            groups of 8 bytes padded with zeros, each followed by 9, or by the number of
-//   bytes used
-//                           in the last; a GUID in the order of its text
+//   GUID, Binary            groups of 8 bytes padded with zeros, each followed by 9, or by the number of bytes
+//                           used in the last; a GUID in the order of its text
 //   Text, Memo              weights | 01 | marks | [01 01 01 | positional characters] | 00, see TextKey.cpp
 #pragma once
 

@@ -11,12 +11,11 @@
 //
 // Rules:
 //  1. The journal is whole (and on the medium with its name in the folder, when syncing is asked for) before
-//  the first page is overwritten.
+//     the first page is overwritten.
 //  2. It is removed only after the last page is written (and on the medium).  When syncing is asked for, the
-//  transaction is done when the folder no longer names the journal on the medium either.
+//     transaction is done when the folder no longer names the journal on the medium either.
 //  3. Whoever finds a whole journal puts the old pages back, or reads the database as if they were; a journal
-//  that is
-//     not whole was never followed by a change of the database, and means nothing.
+//     that is not whole was never followed by a change of the database, and means nothing.
 #pragma once
 
 #include <functional>

@@ -7,14 +7,12 @@
 // Rules (tests cite the numbers):
 //  1. A page that someone holds (PageRef) keeps its content for as long as it is held, even when the page is
 //     changed or leaves the cache meanwhile.
-//  2. While a statement or a transaction is open no changed page reaches the file; rolling back puts every
-//  page and
-//     the page count back.
+//  2. While a statement or a transaction is open no changed page reaches the file; rolling back puts every page
+//     and the page count back.
 //  3. Outside both changed pages may be written at any time; Flush writes all of them.
 //  4. The cache holds at most its limit of unchanged pages.
 //  5. Pages come into being and go only through PageAllocator.
-//  6. CommitTransaction writes the old content of the pages to the journal before it overwrites the first of
-//  them.
+//  6. CommitTransaction writes the old content of the pages to the journal before it overwrites the first of them.
 //  7. Rolling back asks for no memory: it is what is left to do when there is none.
 #pragma once
 

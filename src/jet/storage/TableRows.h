@@ -2,11 +2,9 @@
 // such rows too.
 //
 // Rules:
-//  1. A row keeps the slot that it was given: one that no longer fits its page moves, and its slot points to
-//  it.
+//  1. A row keeps the slot that it was given: one that no longer fits its page moves, and its slot points to it.
 //  2. A slot's number is never given out again; a page whose 255 numbers are used takes no more rows.
-//  3. Pages with room stand in the free-space map; a page without live rows goes back to the file's free
-//  pages.
+//  3. Pages with room stand in the free-space map; a page without live rows goes back to the file's free pages.
 #pragma once
 
 #include <vector>
