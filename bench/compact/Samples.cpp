@@ -34,7 +34,7 @@ void Run(sqlite3* database, const char* statement) {
 
 void MakeMdb(const std::string& path, int rows, KeyOrder order) {
     const auto database = jet::Database::Create(path);
-    jet::TableSpec table{"orders", {}, {}};
+    jet::NewTable table{"orders", {}, {}};
     table.columns.resize(4);
     table.columns[0].name = "id";
     table.columns[1].name = "name";

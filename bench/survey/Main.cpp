@@ -57,17 +57,17 @@ void MakeDatabase(const fs::path& path, int tables, bool differs) {
     constexpr int kColumns = 20;
     const auto database = jet::Database::Create(path.string());
     for (int t = 0; t < tables; ++t) {
-        jet::TableSpec table;
+        jet::NewTable table;
         table.name = "table_" + std::to_string(t);
         for (int c = 0; c < kColumns; ++c) {
-            jet::ColumnSpec column;
+            jet::NewColumn column;
             column.name = "column_" + std::to_string(c);
             column.type = c % 2 == 0 ? jet::ColumnType::Long : jet::ColumnType::Text;
             column.size = c % 2 == 0 ? 0 : differs && t == 0 ? 60 : 50;
             column.defaultValue = c % 3 == 0 ? "0" : "";
             table.columns.push_back(std::move(column));
         }
-        jet::IndexSpec key;
+        jet::NewIndex key;
         key.name = "PrimaryKey";
         key.primary = true;
         key.fields = {{"column_0", false}};

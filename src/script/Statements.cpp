@@ -27,7 +27,7 @@ std::string Clauses(const details::Column& column) {
     return clauses;
 }
 
-std::string NewColumn(const details::Column& column) {
+std::string ColumnClause(const details::Column& column) {
     return Quoted(column.name) + " " + TypeWords(column) + Clauses(column) +
            (column.required ? " NOT NULL" : "");
 }
@@ -78,7 +78,7 @@ std::string TypeWords(const details::Column& column) {
 std::string CreateTable(const details::Table& table) {
     std::string columns;
     for (const details::Column& column : table.columns) {
-        columns += (columns.empty() ? "" : ",") + std::string("\n    ") + NewColumn(column);
+        columns += (columns.empty() ? "" : ",") + std::string("\n    ") + ColumnClause(column);
     }
     return "CREATE TABLE " + Quoted(table.name) + " (" + columns + ")";
 }
@@ -88,7 +88,7 @@ std::string DropTable(const std::string& table) {
 }
 
 std::string AddColumn(const std::string& table, const details::Column& column) {
-    return InTable(table) + "ADD COLUMN " + NewColumn(column);
+    return InTable(table) + "ADD COLUMN " + ColumnClause(column);
 }
 
 std::string DropColumn(const std::string& table, const std::string& column) {

@@ -23,19 +23,19 @@ struct Messages : platform::MessageBox {
     }
 };
 
-jet::ColumnSpec Column(const std::string& name, jet::ColumnType type) {
-    jet::ColumnSpec column;
+jet::NewColumn Column(const std::string& name, jet::ColumnType type) {
+    jet::NewColumn column;
     column.name = name;
     column.type = type;
     return column;
 }
 
-jet::ColumnSpec TextColumn(const std::string& name) {
-    jet::ColumnSpec column = Column(name, jet::ColumnType::Text);
+jet::NewColumn TextColumn(const std::string& name) {
+    jet::NewColumn column = Column(name, jet::ColumnType::Text);
     column.size = 40;
     column.defaultValue = "\"x\"";
     column.required = true;
-    column.zeroLength = jet::ColumnSpec::ZeroLength::Allowed;
+    column.zeroLength = jet::NewColumn::ZeroLength::Allowed;
     return column;
 }
 
@@ -43,7 +43,7 @@ void MakeDatabase(const std::string& path, const std::string& password) {
     jet::CreateOptions options;
     options.password = password;
     const auto file = jet::Database::Create(path, options);
-    jet::IndexSpec key;
+    jet::NewIndex key;
     key.name = "pk";
     key.fields = {{"id"}};
     key.primary = key.unique = true;

@@ -82,16 +82,16 @@ void ExpectSafe(const FileBytes& sound, std::uint32_t count) {
 }
 
 /// Every type and kind of index, defaults.
-jet::TableSpec Customers() {
+jet::NewTable Customers() {
     using jet::ColumnType;
     static constexpr ColumnType kTypes[] = {ColumnType::Long,   ColumnType::Text,    ColumnType::Boolean,
                                             ColumnType::Byte,   ColumnType::Integer, ColumnType::Single,
                                             ColumnType::Double, ColumnType::Date,    ColumnType::Currency,
                                             ColumnType::Guid,   ColumnType::Binary,  ColumnType::Numeric,
                                             ColumnType::Memo,   ColumnType::Ole};
-    jet::TableSpec table{"고객", {}, {}};
+    jet::NewTable table{"고객", {}, {}};
     for (const ColumnType type : kTypes) {
-        jet::ColumnSpec& column = table.columns.emplace_back();
+        jet::NewColumn& column = table.columns.emplace_back();
         column.name = "C" + std::to_string(table.columns.size());
         column.type = type;
         column.defaultValue = type == ColumnType::Integer ? "7" : "";
@@ -121,8 +121,8 @@ std::vector<jet::Value> Customer(std::int64_t row) {
             jet::ByteVector(longBytes, 0x55)};
 }
 
-jet::TableSpec Orders() {
-    jet::TableSpec table{"Orders", {}, {}};
+jet::NewTable Orders() {
+    jet::NewTable table{"Orders", {}, {}};
     table.columns.resize(2);
     table.columns[0].name = "Customer";
     table.columns[1].name = "Note";

@@ -12,7 +12,7 @@
 namespace tavrel::testing {
 
 struct Structure {
-    std::vector<jet::TableSpec> tables;
+    std::vector<jet::NewTable> tables;
     std::vector<jet::RelationInfo> relations;
 };
 
@@ -34,7 +34,7 @@ class StructureMaker {
     /// Some tables gone, some new, columns and indexes other than they were.
     Structure Changed(const Structure& structure) {
         Structure changed = Make();
-        for (const jet::TableSpec& table : structure.tables) {
+        for (const jet::NewTable& table : structure.tables) {
             if (Chance(6)) {
                 continue;
             }
@@ -50,7 +50,7 @@ class StructureMaker {
 
     void Write(const Structure& structure, const std::string& path, bool withRows) {
         DatabaseBuilder builder(path);
-        for (const jet::TableSpec& table : structure.tables) {
+        for (const jet::NewTable& table : structure.tables) {
             builder.Add(table);
             if (withRows && !Chance(5)) {
                 builder.Rows(table.name, RowsFor(table));
@@ -66,14 +66,14 @@ class StructureMaker {
     int Below(int limit) { return std::uniform_int_distribution<int>(0, limit - 1)(random_); }
     bool Chance(int outOf) { return Below(outOf) == 0; }
 
-    jet::ColumnSpec MakeColumn(const std::string& name) {
+    jet::NewColumn MakeColumn(const std::string& name) {
         using enum jet::ColumnType;
         static constexpr jet::ColumnType kTypes[] = {Boolean, Byte,   Integer, Long,   Long,   Currency,
                                                      Single,  Double, Date,    Binary, Text,   Text,
                                                      Text,    Ole,    Memo,    Guid,   Numeric};
         static const char* const kDefaults[] = {"0",  "\"a;b\"", "'--'", "Now()", "=Now()", "GenUniqueID()",
                                                 "No", "1+1",     "= 3 "};
-        jet::ColumnSpec column;
+        jet::NewColumn column;
         column.name = name;
         column.type = kTypes[Below(std::size(kTypes))];
         column.size = column.type == Text || column.type == Binary ? 4U + static_cast<unsigned>(Below(4)) : 0;
@@ -83,14 +83,14 @@ class StructureMaker {
         column.required = Chance(4);
         column.compressed = Chance(2);
         column.autonumber = (column.type == Long || column.type == Guid) && Chance(4);
-        column.zeroLength = static_cast<jet::ColumnSpec::ZeroLength>(Below(3));
+        column.zeroLength = static_cast<jet::NewColumn::ZeroLength>(Below(3));
         if (Chance(3) && !column.autonumber) {
             column.defaultValue = kDefaults[Below(std::size(kDefaults))];
         }
         return column;
     }
 
-    void AddColumns(jet::TableSpec& table, int chance) {
+    void AddColumns(jet::NewTable& table, int chance) {
         for (const char* name : {"번호", "Name", "select", "이 름", "b-c", "d#", "e", "f", "g"}) {
             if (Below(chance) != 0 ||
                 std::ranges::any_of(table.columns, [&](const auto& c) { return c.name == name; })) {
@@ -103,17 +103,17 @@ class StructureMaker {
             table.columns.push_back(MakeColumn("e"));
         }
         bool counted = false;
-        for (jet::ColumnSpec& column : table.columns) {
+        for (jet::NewColumn& column : table.columns) {
             column.autonumber = column.autonumber && (column.type == jet::ColumnType::Guid || !counted);
             counted = counted || (column.autonumber && column.type == jet::ColumnType::Long);
         }
     }
 
-    void AddIndexes(jet::TableSpec& table) {
+    void AddIndexes(jet::NewTable& table) {
         for (const char* name : {"PrimaryKey", "ix", "index", "찾기 1"}) {
-            jet::IndexSpec index;
+            jet::NewIndex index;
             index.name = name;
-            for (const jet::ColumnSpec& column : table.columns) {
+            for (const jet::NewColumn& column : table.columns) {
                 if (column.type != jet::ColumnType::Ole && column.type != jet::ColumnType::Boolean &&
                     Chance(3)) {
                     index.fields.push_back({column.name, Chance(4)});
@@ -131,16 +131,16 @@ class StructureMaker {
         }
     }
 
-    jet::TableSpec MakeTable(const std::string& name) {
-        jet::TableSpec table{.name = name, .columns = {}, .indexes = {}};
+    jet::NewTable MakeTable(const std::string& name) {
+        jet::NewTable table{.name = name, .columns = {}, .indexes = {}};
         AddColumns(table, 2);
         AddIndexes(table);
         return table;
     }
 
-    jet::TableSpec ChangedTable(jet::TableSpec table) {
+    jet::NewTable ChangedTable(jet::NewTable table) {
         std::erase_if(table.columns, [&](const auto&) { return Chance(8); });
-        for (jet::ColumnSpec& column : table.columns) {
+        for (jet::NewColumn& column : table.columns) {
             if (Chance(4)) {
                 column = MakeColumn(column.name);
             } else if (Chance(4) && column.type == jet::ColumnType::Text) {
@@ -151,9 +151,9 @@ class StructureMaker {
             std::shuffle(table.columns.begin(), table.columns.end(), random_);
         }
         AddColumns(table, 8);
-        std::erase_if(table.indexes, [&](const jet::IndexSpec& index) {
+        std::erase_if(table.indexes, [&](const jet::NewIndex& index) {
             return Chance(4) || std::ranges::any_of(index.fields, [&](const auto& field) {
-                       const jet::ColumnSpec* column = Column(table, field.name);
+                       const jet::NewColumn* column = Column(table, field.name);
                        return column == nullptr || column->type == jet::ColumnType::Ole;
                    });
         });
@@ -164,21 +164,21 @@ class StructureMaker {
         return table;
     }
 
-    static const jet::ColumnSpec* Column(const jet::TableSpec& table, const std::string& name) {
-        const auto found = std::ranges::find(table.columns, name, &jet::ColumnSpec::name);
+    static const jet::NewColumn* Column(const jet::NewTable& table, const std::string& name) {
+        const auto found = std::ranges::find(table.columns, name, &jet::NewColumn::name);
         return found == table.columns.end() ? nullptr : &*found;
     }
 
     static bool Fits(const jet::RelationInfo& relation, const Structure& structure) {
-        const jet::ColumnSpec* ends[2] = {nullptr, nullptr};
+        const jet::NewColumn* ends[2] = {nullptr, nullptr};
         bool keyed = false;
-        for (const jet::TableSpec& table : structure.tables) {
+        for (const jet::NewTable& table : structure.tables) {
             if (table.name == relation.table) {
                 ends[0] = Column(table, relation.columns.front());
             }
             if (table.name == relation.referencedTable) {
                 ends[1] = Column(table, relation.referencedColumns.front());
-                keyed = std::ranges::any_of(table.indexes, [&](const jet::IndexSpec& index) {
+                keyed = std::ranges::any_of(table.indexes, [&](const jet::NewIndex& index) {
                     return index.unique && index.fields.size() == 1 &&
                            index.fields.front().name == relation.referencedColumns.front();
                 });
@@ -195,9 +195,9 @@ class StructureMaker {
                 continue;
             }
             for (int attempt = 0; attempt < 20; ++attempt) {
-                const jet::TableSpec& child =
+                const jet::NewTable& child =
                     structure.tables[Below(static_cast<int>(structure.tables.size()))];
-                const jet::TableSpec& parent =
+                const jet::NewTable& parent =
                     structure.tables[Below(static_cast<int>(structure.tables.size()))];
                 jet::RelationInfo relation;
                 relation.name = name;
@@ -218,7 +218,7 @@ class StructureMaker {
         }
     }
 
-    static jet::Value ValueOf(const jet::ColumnSpec& column, int number) {
+    static jet::Value ValueOf(const jet::NewColumn& column, int number) {
         using enum jet::ColumnType;
         switch (column.type) {
             case Boolean:
@@ -258,10 +258,10 @@ class StructureMaker {
         return jet::Decimal{.words = {0, 0, 0, number}, .negative = false, .scale = scale};
     }
 
-    std::vector<std::vector<jet::Value>> RowsFor(const jet::TableSpec& table) {
+    std::vector<std::vector<jet::Value>> RowsFor(const jet::NewTable& table) {
         std::vector<std::vector<jet::Value>> rows(3);
-        for (const jet::ColumnSpec& column : table.columns) {
-            const bool indexed = std::ranges::any_of(table.indexes, [&](const jet::IndexSpec& index) {
+        for (const jet::NewColumn& column : table.columns) {
+            const bool indexed = std::ranges::any_of(table.indexes, [&](const jet::NewIndex& index) {
                 return std::ranges::any_of(index.fields,
                                            [&](const auto& f) { return f.name == column.name; });
             });

@@ -8,7 +8,7 @@
 namespace tavrel::testing {
 
 Table& Table::Column(const std::string& name, jet::ColumnType type, unsigned size) {
-    jet::ColumnSpec& column = spec_.columns.emplace_back();
+    jet::NewColumn& column = spec_.columns.emplace_back();
     column.name = name;
     column.type = type;
     column.size = size;
@@ -32,7 +32,7 @@ Table& Table::Default(const std::string& expression) {
 }
 
 Table& Table::ZeroLength(bool allowed) {
-    using enum jet::ColumnSpec::ZeroLength;
+    using enum jet::NewColumn::ZeroLength;
     spec_.columns.back().zeroLength = allowed ? Allowed : Refused;
     return *this;
 }
@@ -54,7 +54,7 @@ Table& Table::Digits(unsigned precision, unsigned scale) {
 }
 
 Table& Table::Index(const std::string& name, const std::vector<std::string>& fields) {
-    jet::IndexSpec& index = spec_.indexes.emplace_back();
+    jet::NewIndex& index = spec_.indexes.emplace_back();
     index.name = name;
     for (const std::string& field : fields) {
         index.fields.push_back({field, false});

@@ -44,10 +44,10 @@ class Table {
     Table& NoNulls();
     Table& Descending();
 
-    operator const jet::TableSpec&() const { return spec_; }  // NOLINT(google-explicit-constructor)
+    operator const jet::NewTable&() const { return spec_; }  // NOLINT(google-explicit-constructor)
 
   private:
-    jet::TableSpec spec_;
+    jet::NewTable spec_;
 };
 
 class DatabaseBuilder {
@@ -55,7 +55,7 @@ class DatabaseBuilder {
     explicit DatabaseBuilder(const std::string& path, const jet::CreateOptions& options = {});
 
     jet::Database& Database() { return *database_; }
-    void Add(const jet::TableSpec& table) { database_->CreateTable(table); }
+    void Add(const jet::NewTable& table) { database_->CreateTable(table); }
     void Rows(const std::string& table, const std::vector<std::vector<jet::Value>>& rows);
     void Relate(const jet::RelationInfo& relation) { database_->CreateRelation(relation); }
     /// Writes the file and closes it; returns its path.

@@ -150,25 +150,25 @@ class MemoryChanges : public TableChanges {
 };
 
 TableColumn ColumnOf(const ColumnDefinition& definition) {
-    const ColumnSpec& spec = definition.column;
-    return {spec.name,       spec.type,     spec.size, spec.precision,   spec.scale,
-            spec.autonumber, spec.required, false,     spec.defaultValue};
+    const NewColumn& wanted = definition.column;
+    return {wanted.name,       wanted.type,     wanted.size, wanted.precision,   wanted.scale,
+            wanted.autonumber, wanted.required, false,       wanted.defaultValue};
 }
 
 std::string Shown(const ColumnDefinition& definition) {
-    const ColumnSpec& spec = definition.column;
-    std::string text = spec.name + " " + std::to_string(DaoType(spec.type));
-    text += spec.size > 0 ? "(" + std::to_string(spec.size) + ")" : "";
-    text += spec.type == ColumnType::Numeric
-                ? "(" + std::to_string(spec.precision) + "," + std::to_string(spec.scale) + ")"
+    const NewColumn& wanted = definition.column;
+    std::string text = wanted.name + " " + std::to_string(DaoType(wanted.type));
+    text += wanted.size > 0 ? "(" + std::to_string(wanted.size) + ")" : "";
+    text += wanted.type == ColumnType::Numeric
+                ? "(" + std::to_string(wanted.precision) + "," + std::to_string(wanted.scale) + ")"
                 : "";
-    text += spec.autonumber ? " counter" : "";
+    text += wanted.autonumber ? " counter" : "";
     text += definition.seedGiven
                 ? "(" + std::to_string(definition.seed) + "," + std::to_string(definition.increment) + ")"
                 : "";
-    text += definition.defaultGiven ? " =" + spec.defaultValue : "";
+    text += definition.defaultGiven ? " =" + wanted.defaultValue : "";
     text += !definition.nullable ? "" : *definition.nullable ? " NULL" : " NN";
-    return text + (spec.compressed ? " compressed" : "");
+    return text + (wanted.compressed ? " compressed" : "");
 }
 
 std::string Listed(const std::vector<std::string>& names) {
@@ -179,7 +179,7 @@ std::string Listed(const std::vector<std::string>& names) {
     return "(" + text + ")";
 }
 
-std::string Shown(const IndexSpec& index) {
+std::string Shown(const NewIndex& index) {
     std::vector<std::string> fields;
     for (const IndexFieldInfo& field : index.fields) {
         fields.push_back(field.name + (field.descending ? " desc" : ""));
@@ -301,7 +301,7 @@ void MemoryDatabase::CreateTable(const TableCreation& creation) {
     if (!tables_.emplace(text::Upper(creation.name), table).second) {
         throw MakeError(errors::kTableExists, {creation.name});
     }
-    for (const IndexSpec& index : creation.indexes) {
+    for (const NewIndex& index : creation.indexes) {
         AddIndex(creation.name, index);
     }
     for (const ForeignKeyDefinition& key : creation.foreignKeys) {
@@ -331,14 +331,14 @@ void MemoryDatabase::DropColumn(const std::string& table, const std::string& col
     log += "drop column " + table + "." + column + ";";
 }
 
-void MemoryDatabase::AddIndex(const std::string& table, const IndexSpec& spec) {
-    log += Shown(spec) + " on " + table + ";";
+void MemoryDatabase::AddIndex(const std::string& table, const NewIndex& wanted) {
+    log += Shown(wanted) + " on " + table + ";";
     TableIndex index;
-    index.name = spec.name;
-    index.unique = spec.unique;
-    index.primary = spec.primary;
-    index.ignoresNulls = spec.ignoreNulls;
-    for (const IndexFieldInfo& field : spec.fields) {
+    index.name = wanted.name;
+    index.unique = wanted.unique;
+    index.primary = wanted.primary;
+    index.ignoresNulls = wanted.ignoreNulls;
+    for (const IndexFieldInfo& field : wanted.fields) {
         index.parts.push_back({Table(table).ColumnPlace(field.name), !field.descending});
     }
     Table(table).indexes.push_back(std::move(index));

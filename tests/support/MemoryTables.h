@@ -63,7 +63,7 @@ class MemoryDatabase : public jet::sql::Tables,
     void AlterColumn(const std::string& table, const jet::sql::ColumnDefinition& column) override;
     void SetDefault(const std::string& table, const std::string& column, const std::string& text) override;
     void DropColumn(const std::string& table, const std::string& column) override;
-    void AddIndex(const std::string& table, const jet::IndexSpec& index) override;
+    void AddIndex(const std::string& table, const jet::NewIndex& index) override;
     void AddForeignKey(const jet::sql::ForeignKeyDefinition& key) override;
     void DropConstraint(const std::string& table, const std::string& name) override;
     void DropIndex(const std::string& table, const std::string& name) override;

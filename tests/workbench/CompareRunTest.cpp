@@ -13,15 +13,15 @@
 namespace tavrel::workbench {
 namespace {
 
-jet::ColumnSpec Column(const std::string& name, jet::ColumnType type) {
-    jet::ColumnSpec column;
+jet::NewColumn Column(const std::string& name, jet::ColumnType type) {
+    jet::NewColumn column;
     column.name = name;
     column.type = type;
     return column;
 }
 
-jet::IndexSpec Index(const std::string& name, const std::vector<std::string>& fields, bool primary) {
-    jet::IndexSpec index;
+jet::NewIndex Index(const std::string& name, const std::vector<std::string>& fields, bool primary) {
+    jet::NewIndex index;
     index.name = name;
     for (const std::string& field : fields) {
         index.fields.push_back({field});
@@ -34,11 +34,11 @@ jet::IndexSpec Index(const std::string& name, const std::vector<std::string>& fi
 void MakeShop(const std::string& path) {
     const auto file = jet::Database::Create(path);
     using Type = jet::ColumnType;
-    jet::ColumnSpec name = Column("name", Type::Text);
+    jet::NewColumn name = Column("name", Type::Text);
     name.size = 50;
     name.required = true;
     name.defaultValue = "\"-\"";
-    name.zeroLength = jet::ColumnSpec::ZeroLength::Allowed;
+    name.zeroLength = jet::NewColumn::ZeroLength::Allowed;
     file->CreateTable(
         {"customer",
          {Column("id", Type::Long), name, Column("small", Type::Byte), Column("memo", Type::Memo)},
@@ -240,7 +240,7 @@ std::optional<compare::ComparisonResult> CompareFiles(FakeWindow& window, const 
 
 TEST(Headless, ShowsEachKindOfDifference) {
     const testing::TemporaryFolder folder;
-    const auto make = [&](const char* name, const std::vector<jet::ColumnSpec>& columns) {
+    const auto make = [&](const char* name, const std::vector<jet::NewColumn>& columns) {
         const auto file = jet::Database::Create(folder.File(name));
         file->CreateTable({"t", columns, {}});
         file->Flush();

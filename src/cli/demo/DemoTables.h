@@ -28,7 +28,7 @@ inline bool IsIn(In where, bool a) {
 /// A field that differs has one line for A and one for B.
 struct DemoField {
     In where;
-    jet::ColumnSpec column;
+    jet::NewColumn column;
 
     DemoField Default(std::string expression) && {
         column.defaultValue = std::move(expression);
@@ -40,7 +40,7 @@ struct DemoField {
     }
     DemoField ZeroLength(bool allowed) && {
         column.zeroLength =
-            allowed ? jet::ColumnSpec::ZeroLength::Allowed : jet::ColumnSpec::ZeroLength::Refused;
+            allowed ? jet::NewColumn::ZeroLength::Allowed : jet::NewColumn::ZeroLength::Refused;
         return std::move(*this);
     }
     DemoField Autonumber() && {
@@ -61,7 +61,7 @@ DemoField Field(In where, std::string name, jet::ColumnType type, unsigned size 
 
 struct DemoIndex {
     In where;
-    jet::IndexSpec index;
+    jet::NewIndex index;
 };
 
 DemoIndex PrimaryKey(In where, const std::vector<std::string>& fields);

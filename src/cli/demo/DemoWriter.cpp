@@ -8,19 +8,19 @@ namespace tavrel::cli {
 
 namespace {
 
-jet::TableSpec SpecOf(const DemoTable& table, bool a) {
-    jet::TableSpec spec{.name = table.name, .columns = {}, .indexes = {}};
+jet::NewTable NewTableOf(const DemoTable& table, bool a) {
+    jet::NewTable wanted{.name = table.name, .columns = {}, .indexes = {}};
     for (const DemoField& field : table.fields) {
         if (IsIn(field.where, a)) {
-            spec.columns.push_back(field.column);
+            wanted.columns.push_back(field.column);
         }
     }
     for (const DemoIndex& index : table.indexes) {
         if (IsIn(index.where, a)) {
-            spec.indexes.push_back(index.index);
+            wanted.indexes.push_back(index.index);
         }
     }
-    return spec;
+    return wanted;
 }
 
 void Fill(jet::Database& database, const DemoTable& table, bool a) {
@@ -43,7 +43,7 @@ void WriteDemoDatabase(const std::string& path, bool a) {
     const auto database = jet::Database::Create(path);
     for (const DemoTable& table : DemoTables()) {
         if (IsIn(table.where, a)) {
-            database->CreateTable(SpecOf(table, a));
+            database->CreateTable(NewTableOf(table, a));
         }
     }
     for (const DemoRelation& relation : DemoRelations()) {

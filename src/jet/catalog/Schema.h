@@ -59,7 +59,7 @@ struct RelationInfo {
 
 // ---- creating
 
-struct ColumnSpec {
+struct NewColumn {
     std::string name;
     ColumnType type = ColumnType::Long;
     unsigned size = 0;         ///< Text: characters (0 = 255); Binary: bytes (0 = 255, at most 510)
@@ -74,7 +74,7 @@ struct ColumnSpec {
     std::string description;  ///< empty = no property
 };
 
-struct IndexSpec {
+struct NewIndex {
     std::string name;
     std::vector<IndexFieldInfo> fields;
     bool primary = false;
@@ -83,10 +83,10 @@ struct IndexSpec {
     bool required = false;
 };
 
-struct TableSpec {
+struct NewTable {
     std::string name;
-    std::vector<ColumnSpec> columns;
-    std::vector<IndexSpec> indexes;
+    std::vector<NewColumn> columns;
+    std::vector<NewIndex> indexes;
 };
 
 }  // namespace tavrel::jet

@@ -67,7 +67,7 @@ class Database {
     std::vector<RelationInfo> Relations();
 
     // ---- creating (see Writer.cpp)
-    void CreateTable(const TableSpec& spec);
+    void CreateTable(const NewTable& wanted);
     void CreateRelation(const RelationInfo& relation);
     /// Rows are appended through the writer; its Finish (or destructor) builds the indexes.
     std::unique_ptr<TableWriter> Append(const std::string& table);

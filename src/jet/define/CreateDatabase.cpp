@@ -106,8 +106,8 @@ Writer& Database::RequireWriter() {
     return *creation_->writer;
 }
 
-void Database::CreateTable(const TableSpec& spec) {
-    RequireWriter().CreateTable(spec);
+void Database::CreateTable(const NewTable& wanted) {
+    RequireWriter().CreateTable(wanted);
 }
 
 void Database::CreateRelation(const RelationInfo& relation) {

@@ -23,59 +23,59 @@ constexpr unsigned kShortNumeric = 9;
 constexpr unsigned kShortPrecision = 19;
 
 /// Columns that live in the fixed part of a row; all others are variable.
-bool IsFixed(const ColumnSpec& spec) {
-    return spec.type <= ColumnType::Date || (spec.type == ColumnType::Text && spec.fixedLength);
+bool IsFixed(const NewColumn& wanted) {
+    return wanted.type <= ColumnType::Date || (wanted.type == ColumnType::Text && wanted.fixedLength);
 }
 
-unsigned LengthOf(const ColumnSpec& spec) {
-    switch (spec.type) {
+unsigned LengthOf(const NewColumn& wanted) {
+    switch (wanted.type) {
         case ColumnType::Text:
-            return 2 * (spec.size == 0 ? kDefaultSize : spec.size);
+            return 2 * (wanted.size == 0 ? kDefaultSize : wanted.size);
         case ColumnType::Binary:
-            return spec.size == 0 ? kDefaultSize : spec.size;
+            return wanted.size == 0 ? kDefaultSize : wanted.size;
         case ColumnType::Numeric:
-            return spec.precision <= kShortPrecision ? kShortNumeric : FixedLength(spec.type);
+            return wanted.precision <= kShortPrecision ? kShortNumeric : FixedLength(wanted.type);
         default:
-            return FixedLength(spec.type);
+            return FixedLength(wanted.type);
     }
 }
 
-void CheckColumn(const ColumnSpec& spec) {
-    CheckName(spec.name);
-    const auto invalid = [&spec](std::string_view reason) {
-        return MakeError(definitionErrors::kInvalidFieldDefinition, {spec.name}, reason);
+void CheckColumn(const NewColumn& wanted) {
+    CheckName(wanted.name);
+    const auto invalid = [&wanted](std::string_view reason) {
+        return MakeError(definitionErrors::kInvalidFieldDefinition, {wanted.name}, reason);
     };
-    if (!IsKnownType(static_cast<std::uint8_t>(spec.type)) || spec.type == ColumnType::FixedBinary) {
+    if (!IsKnownType(static_cast<std::uint8_t>(wanted.type)) || wanted.type == ColumnType::FixedBinary) {
         throw invalid("만들 수 없는 데이터 형식");
     }
-    if ((spec.type == ColumnType::Text && spec.size > kMaxTextCharacters) ||
-        (spec.type == ColumnType::Binary && spec.size > kMaxBinaryBytes)) {
-        throw MakeError(definitionErrors::kFieldSizeTooLong, {spec.name});
+    if ((wanted.type == ColumnType::Text && wanted.size > kMaxTextCharacters) ||
+        (wanted.type == ColumnType::Binary && wanted.size > kMaxBinaryBytes)) {
+        throw MakeError(definitionErrors::kFieldSizeTooLong, {wanted.name});
     }
-    if (spec.type == ColumnType::Numeric &&
-        (spec.precision == 0 || spec.precision > kMaxPrecision || spec.scale > spec.precision)) {
+    if (wanted.type == ColumnType::Numeric &&
+        (wanted.precision == 0 || wanted.precision > kMaxPrecision || wanted.scale > wanted.precision)) {
         throw invalid("전체 자릿수 또는 소수 자릿수가 잘못됨");
     }
-    if (spec.autonumber && spec.type != ColumnType::Long && spec.type != ColumnType::Guid) {
+    if (wanted.autonumber && wanted.type != ColumnType::Long && wanted.type != ColumnType::Guid) {
         throw invalid("일련 번호가 될 수 없는 데이터 형식");
     }
 }
 
-void CheckColumns(const TableSpec& spec) {
-    if (spec.columns.empty()) {
+void CheckColumns(const NewTable& wanted) {
+    if (wanted.columns.empty()) {
         throw MakeError(definitionErrors::kNoFields, {}, "필드가 없음");
     }
-    if (spec.columns.size() > kMaxColumns) {
+    if (wanted.columns.size() > kMaxColumns) {
         throw MakeError(errors::kTooManyFields);
     }
     std::set<std::string> names;
-    for (const ColumnSpec& column : spec.columns) {
+    for (const NewColumn& column : wanted.columns) {
         CheckColumn(column);
         if (!names.insert(text::Upper(column.name)).second) {
             throw MakeError(errors::kDuplicateField, {}, column.name);
         }
     }
-    const auto counters = std::ranges::count_if(spec.columns, [](const ColumnSpec& column) {
+    const auto counters = std::ranges::count_if(wanted.columns, [](const NewColumn& column) {
         return column.autonumber && column.type == ColumnType::Long;
     });
     if (counters > 1) {
@@ -83,36 +83,36 @@ void CheckColumns(const TableSpec& spec) {
     }
 }
 
-std::uint8_t FlagsOf(const ColumnSpec& spec) {
+std::uint8_t FlagsOf(const NewColumn& wanted) {
     std::uint8_t flags = columnFlags::kNullable;
-    if (IsFixed(spec)) {
+    if (IsFixed(wanted)) {
         flags |= columnFlags::kFixed;
     }
-    if (spec.autonumber) {
-        flags |= spec.type == ColumnType::Guid ? columnFlags::kAutoGuid : columnFlags::kAutonumber;
+    if (wanted.autonumber) {
+        flags |= wanted.type == ColumnType::Guid ? columnFlags::kAutoGuid : columnFlags::kAutonumber;
     }
     return flags;
 }
 
-Column NewColumn(const ColumnSpec& spec, std::size_t place, std::uint16_t sortOrder) {
+Column ColumnFrom(const NewColumn& wanted, std::size_t place, std::uint16_t sortOrder) {
     Column column;
-    column.name = spec.name;
-    column.type = spec.type;
+    column.name = wanted.name;
+    column.type = wanted.type;
     column.number = static_cast<std::uint16_t>(place);
     column.position = column.number;
     column.sortOrder = sortOrder;
-    column.precision = spec.precision;
-    column.scale = spec.scale;
-    column.flags = FlagsOf(spec);
-    column.flags2 = IsText(spec.type) && spec.compressed ? kColumnCompressed : 0;
-    column.length = static_cast<std::uint16_t>(LengthOf(spec));
+    column.precision = wanted.precision;
+    column.scale = wanted.scale;
+    column.flags = FlagsOf(wanted);
+    column.flags2 = IsText(wanted.type) && wanted.compressed ? kColumnCompressed : 0;
+    column.length = static_cast<std::uint16_t>(LengthOf(wanted));
     return column;
 }
 
-void AddColumns(TableDefinition& table, const TableSpec& spec, std::uint16_t sortOrder) {
+void AddColumns(TableDefinition& table, const NewTable& wanted, std::uint16_t sortOrder) {
     unsigned nextOffset = 0;
-    for (const ColumnSpec& columnSpec : spec.columns) {
-        Column column = NewColumn(columnSpec, table.columns.size(), sortOrder);
+    for (const NewColumn& wantedColumn : wanted.columns) {
+        Column column = ColumnFrom(wantedColumn, table.columns.size(), sortOrder);
         column.variableIndex = table.variableNumbers;
         if (column.Fixed()) {
             column.fixedOffset = static_cast<std::uint16_t>(nextOffset);
@@ -129,31 +129,32 @@ void AddColumns(TableDefinition& table, const TableSpec& spec, std::uint16_t sor
     table.columnNumbers = static_cast<std::uint16_t>(table.columns.size());
 }
 
-std::uint16_t FlagsOf(const IndexSpec& spec) {
+std::uint16_t FlagsOf(const NewIndex& wanted) {
     std::uint16_t flags = indexFlags::kAlways;
-    flags |= spec.primary || spec.unique ? indexFlags::kUnique : 0U;
-    flags |= spec.primary || spec.required ? indexFlags::kRequired : 0U;
-    flags |= spec.ignoreNulls && !spec.primary ? indexFlags::kIgnoreNulls : 0U;
+    flags |= wanted.primary || wanted.unique ? indexFlags::kUnique : 0U;
+    flags |= wanted.primary || wanted.required ? indexFlags::kRequired : 0U;
+    flags |= wanted.ignoreNulls && !wanted.primary ? indexFlags::kIgnoreNulls : 0U;
     return flags;
 }
 
-RealIndex NewRealIndex(const IndexSpec& spec, const TableDefinition& table) {
-    if (spec.fields.size() > kMaxIndexColumns) {
-        throw MakeError(definitionErrors::kTooManyIndexFields, {}, spec.name + ": 인덱스의 필드는 10개까지");
+RealIndex NewRealIndex(const NewIndex& wanted, const TableDefinition& table) {
+    if (wanted.fields.size() > kMaxIndexColumns) {
+        throw MakeError(definitionErrors::kTooManyIndexFields, {},
+                        wanted.name + ": 인덱스의 필드는 10개까지");
     }
     RealIndex index;
-    index.flags = FlagsOf(spec);
-    for (const IndexFieldInfo& field : spec.fields) {
+    index.flags = FlagsOf(wanted);
+    for (const IndexFieldInfo& field : wanted.fields) {
         const std::size_t place = table.FindColumnByName(field.name);
         const auto twice = [&](const IndexColumn& c) { return c.number == table.columns[place].number; };
         if (place == TableDefinition::npos || table.columns[place].type == ColumnType::Ole ||
             std::ranges::any_of(index.columns, twice)) {
-            throw MakeError(definitionErrors::kInvalidFieldDefinition, {field.name}, spec.name);
+            throw MakeError(definitionErrors::kInvalidFieldDefinition, {field.name}, wanted.name);
         }
         index.columns.push_back({table.columns[place].number, !field.descending});
     }
     if (index.columns.empty()) {
-        throw MakeError(definitionErrors::kInvalidFieldDefinition, {""}, spec.name + ": 필드가 없음");
+        throw MakeError(definitionErrors::kInvalidFieldDefinition, {""}, wanted.name + ": 필드가 없음");
     }
     return index;
 }
@@ -183,67 +184,67 @@ ColumnType DefaultValueType(std::string_view value) {
     return value == "GenUniqueID()" || value == "GenGUID()" ? ColumnType::Text : ColumnType::Memo;
 }
 
-void AddProperties(PropertyBlob& blob, const ColumnSpec& spec) {
-    std::string defaultValue = spec.defaultValue;
-    if (defaultValue.empty() && spec.autonumber && spec.type == ColumnType::Guid) {
+void AddProperties(PropertyBlob& blob, const NewColumn& wanted) {
+    std::string defaultValue = wanted.defaultValue;
+    if (defaultValue.empty() && wanted.autonumber && wanted.type == ColumnType::Guid) {
         defaultValue = "GenGUID()";
     }
-    if (!spec.description.empty()) {
-        blob.Set(spec.name, TextProperty("Description", ColumnType::Text, spec.description));
+    if (!wanted.description.empty()) {
+        blob.Set(wanted.name, TextProperty("Description", ColumnType::Text, wanted.description));
     }
     if (!defaultValue.empty()) {
-        blob.Set(spec.name, TextProperty("DefaultValue", DefaultValueType(defaultValue), defaultValue));
+        blob.Set(wanted.name, TextProperty("DefaultValue", DefaultValueType(defaultValue), defaultValue));
     }
-    if (spec.required) {
-        blob.Set(spec.name, BooleanProperty("Required", true));
+    if (wanted.required) {
+        blob.Set(wanted.name, BooleanProperty("Required", true));
     }
-    if (IsText(spec.type) && spec.zeroLength != ColumnSpec::ZeroLength::Unset) {
-        blob.Set(spec.name,
-                 BooleanProperty("AllowZeroLength", spec.zeroLength == ColumnSpec::ZeroLength::Allowed));
+    if (IsText(wanted.type) && wanted.zeroLength != NewColumn::ZeroLength::Unset) {
+        blob.Set(wanted.name,
+                 BooleanProperty("AllowZeroLength", wanted.zeroLength == NewColumn::ZeroLength::Allowed));
     }
 }
 
 }  // namespace
 
-void AddIndexDefinition(TableDefinition& table, const IndexSpec& spec, const std::string& tableName) {
-    CheckName(spec.name);
+void AddIndexDefinition(TableDefinition& table, const NewIndex& wanted, const std::string& tableName) {
+    CheckName(wanted.name);
     for (const LogicalIndex& other : table.logicalIndexes) {
-        if (text::EqualIgnoringCase(other.name, spec.name)) {
-            throw MakeError(definitionErrors::kIndexExists, {tableName, spec.name});
+        if (text::EqualIgnoringCase(other.name, wanted.name)) {
+            throw MakeError(definitionErrors::kIndexExists, {tableName, wanted.name});
         }
-        if (spec.primary && other.kind == LogicalKind::Primary) {
+        if (wanted.primary && other.kind == LogicalKind::Primary) {
             throw MakeError(definitionErrors::kSecondPrimaryKey);
         }
     }
     LogicalIndex logical;
-    logical.name = spec.name;
+    logical.name = wanted.name;
     for (const LogicalIndex& other : table.logicalIndexes) {
         logical.number = std::max(logical.number, other.number + 1);
     }
     logical.real = static_cast<std::uint32_t>(table.realIndexes.size());
-    logical.kind = spec.primary ? LogicalKind::Primary : LogicalKind::Plain;
-    table.realIndexes.push_back(NewRealIndex(spec, table));
+    logical.kind = wanted.primary ? LogicalKind::Primary : LogicalKind::Plain;
+    table.realIndexes.push_back(NewRealIndex(wanted, table));
     table.logicalIndexes.push_back(std::move(logical));
 }
 
-TableDefinition NewTableDefinition(const TableSpec& spec, std::uint16_t sortOrder) {
-    CheckName(spec.name);
-    CheckColumns(spec);
-    if (spec.indexes.size() > kMaxIndexes) {
-        throw MakeError(errors::kTooManyIndexes, {spec.name});
+TableDefinition NewTableDefinition(const NewTable& wanted, std::uint16_t sortOrder) {
+    CheckName(wanted.name);
+    CheckColumns(wanted);
+    if (wanted.indexes.size() > kMaxIndexes) {
+        throw MakeError(errors::kTooManyIndexes, {wanted.name});
     }
     TableDefinition table;
-    AddColumns(table, spec, sortOrder);
-    for (const IndexSpec& index : spec.indexes) {
-        AddIndexDefinition(table, index, spec.name);
+    AddColumns(table, wanted, sortOrder);
+    for (const NewIndex& index : wanted.indexes) {
+        AddIndexDefinition(table, index, wanted.name);
     }
     SortLogicalIndexes(table, sortOrder);
     return table;
 }
 
-PropertyBlob NewTableProperties(const TableSpec& spec) {
+PropertyBlob NewTableProperties(const NewTable& wanted) {
     PropertyBlob blob;
-    for (const ColumnSpec& column : spec.columns) {
+    for (const NewColumn& column : wanted.columns) {
         AddProperties(blob, column);
     }
     return blob;

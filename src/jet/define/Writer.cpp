@@ -123,18 +123,19 @@ void Writer::GivePages(TableDefinition& table) {
     }
 }
 
-void Writer::CreateTable(const TableSpec& spec) {
-    TableDefinition table = NewTableDefinition(spec, sortOrder_);
-    NameKey(spec.name, sortOrder_);
-    if (Find(kTablesContainer, spec.name) != nullptr) {
-        throw MakeError(errors::kTableExists, {spec.name});
+void Writer::CreateTable(const NewTable& wanted) {
+    TableDefinition table = NewTableDefinition(wanted, sortOrder_);
+    NameKey(wanted.name, sortOrder_);
+    if (Find(kTablesContainer, wanted.name) != nullptr) {
+        throw MakeError(errors::kTableExists, {wanted.name});
     }
-    const PropertyBlob properties = NewTableProperties(spec);
+    const PropertyBlob properties = NewTableProperties(wanted);
     Atomically([&] {
         GivePages(table);
         StoreDefinition(Context().pager, Context().allocator, table);
         const auto id = static_cast<std::int32_t>(table.page);
-        NewObject object{id, kTablesContainer, spec.name, ObjectType::Table, 0, accounts::kAdmin, Now(), {}};
+        NewObject object{id, kTablesContainer, wanted.name, ObjectType::Table,
+                         0,  accounts::kAdmin, Now(),       {}};
         if (!properties.Empty()) {
             object.properties = properties.Build();
         }

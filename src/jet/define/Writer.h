@@ -27,7 +27,7 @@ class Writer {
     /// The objects and permissions that every new database holds.  REQUIRES: LayOutNewDatabase has been
     /// called, nothing else is in it.
     void AddEngineObjects();
-    void CreateTable(const TableSpec& spec);
+    void CreateTable(const NewTable& wanted);
     void CreateRelation(const RelationInfo& relation);
     std::unique_ptr<TableWriter> Append(const std::string& table);
     /// Throws 3428 when a write has failed half way: the database is then not worth keeping.

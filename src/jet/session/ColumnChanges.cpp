@@ -15,17 +15,17 @@ namespace tavrel::jet {
 
 namespace {
 
-TableSpec SpecOf(const ColumnSpec& column) {
+NewTable NewTableOf(const NewColumn& column) {
     return {.name = "t", .columns = {column}, .indexes = {}};
 }
 
 /// The column's record as a new table would have it; its number and places are still to be given.
-Column RecordOf(const ColumnSpec& column, std::uint16_t sortOrder) {
-    return NewTableDefinition(SpecOf(column), sortOrder).columns.front();
+Column RecordOf(const NewColumn& column, std::uint16_t sortOrder) {
+    return NewTableDefinition(NewTableOf(column), sortOrder).columns.front();
 }
 
-void SetProperties(ChangedTable& table, const std::string& column, const ColumnSpec& spec) {
-    const PropertyBlob made = NewTableProperties(SpecOf(spec));
+void SetProperties(ChangedTable& table, const std::string& column, const NewColumn& wanted) {
+    const PropertyBlob made = NewTableProperties(NewTableOf(wanted));
     for (const PropertyOwner& owner : made.Owners()) {
         for (const Property& property : owner.properties) {
             table.properties.Set(column, property);
@@ -114,11 +114,11 @@ bool HasCounter(const TableDefinition& table) {
 }  // namespace
 
 void AddColumnTo(SchemaContext& context, ChangedTable& table, const sql::ColumnDefinition& definition) {
-    const ColumnSpec& spec = definition.column;
-    if (table.definition.FindColumnByName(spec.name) != TableDefinition::npos) {
-        throw MakeError(schemaErrors::kColumnExists, {spec.name, table.object.name});
+    const NewColumn& wanted = definition.column;
+    if (table.definition.FindColumnByName(wanted.name) != TableDefinition::npos) {
+        throw MakeError(schemaErrors::kColumnExists, {wanted.name, table.object.name});
     }
-    Column column = RecordOf(spec, context.SortOrder());
+    Column column = RecordOf(wanted, context.SortOrder());
     const bool counter = column.type == ColumnType::Long && column.Autonumber();
     if (counter && HasCounter(table.definition)) {
         throw MakeError(definitionErrors::kTooManyAutonumbers);
@@ -137,7 +137,7 @@ void AddColumnTo(SchemaContext& context, ChangedTable& table, const sql::ColumnD
     }
     context.Store(table);
     const PropertyBlob before = table.properties;
-    SetProperties(table, spec.name, spec);
+    SetProperties(table, wanted.name, wanted);
     if (table.properties.Build() != before.Build()) {
         context.StoreProperties(table);
     }
@@ -307,7 +307,7 @@ void AlterColumnOf(SchemaContext& context, ChangedTable& table, const sql::Colum
     if (definition.nullable) {
         table.properties.Erase(name, "Required");
     }
-    ColumnSpec properties = definition.column;
+    NewColumn properties = definition.column;
     properties.defaultValue = definition.defaultGiven ? properties.defaultValue : "";
     SetProperties(table, name, properties);
     if (table.properties.Build() != before.Build()) {

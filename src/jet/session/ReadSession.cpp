@@ -26,7 +26,7 @@ class NoSchemaChanges : public sql::SchemaChanges {
         RefuseChange();
     }
     void DropColumn(const Text& /*table*/, const Text& /*column*/) override { RefuseChange(); }
-    void AddIndex(const Text& /*table*/, const IndexSpec& /*index*/) override { RefuseChange(); }
+    void AddIndex(const Text& /*table*/, const NewIndex& /*index*/) override { RefuseChange(); }
     void AddForeignKey(const sql::ForeignKeyDefinition& /*key*/) override { RefuseChange(); }
     void DropConstraint(const Text& /*table*/, const Text& /*name*/) override { RefuseChange(); }
     void DropIndex(const Text& /*table*/, const Text& /*name*/) override { RefuseChange(); }

@@ -91,16 +91,16 @@ void DropRelation(SchemaContext& context, const RelationInfo& relation) {
 }  // namespace
 
 void SchemaEditor::CreateTable(const sql::TableCreation& table) {
-    TableSpec spec{.name = table.name, .columns = {}, .indexes = table.indexes};
+    NewTable wanted{.name = table.name, .columns = {}, .indexes = table.indexes};
     for (const sql::ColumnDefinition& column : table.columns) {
-        spec.columns.push_back(column.column);
+        wanted.columns.push_back(column.column);
     }
-    for (IndexSpec& index : spec.indexes) {
+    for (NewIndex& index : wanted.indexes) {
         index.name = index.name.empty() ? GeneratedName("Index_") : index.name;
     }
     context_.Edits().Save();
     Writer(context_.Edits(), context_.File().Catalog(), context_.File().Header(), std::nullopt)
-        .CreateTable(spec);
+        .CreateTable(wanted);
     for (const sql::ColumnDefinition& column : table.columns) {
         if (column.seedGiven) {
             AlterColumn(table.name, column);
@@ -145,9 +145,9 @@ void SchemaEditor::DropColumn(const std::string& table, const std::string& colum
     DropColumnOf(context_, changed, place);
 }
 
-void SchemaEditor::AddIndex(const std::string& table, const IndexSpec& index) {
+void SchemaEditor::AddIndex(const std::string& table, const NewIndex& index) {
     ChangedTable changed = context_.Load(table, definitionErrors::kNoTableOrConstraint);
-    IndexSpec named = index;
+    NewIndex named = index;
     named.name = index.name.empty() ? GeneratedName("Index_") : index.name;
     if (changed.definition.logicalIndexes.size() >= kMaxIndexes) {
         throw MakeError(errors::kTooManyIndexes, {changed.object.name});

@@ -15,7 +15,7 @@ class SchemaEditor : public sql::SchemaChanges {
     void AlterColumn(const std::string& table, const sql::ColumnDefinition& column) override;
     void SetDefault(const std::string& table, const std::string& column, const std::string& text) override;
     void DropColumn(const std::string& table, const std::string& column) override;
-    void AddIndex(const std::string& table, const IndexSpec& index) override;
+    void AddIndex(const std::string& table, const NewIndex& index) override;
     void AddForeignKey(const sql::ForeignKeyDefinition& key) override;
     void DropConstraint(const std::string& table, const std::string& name) override;
     void DropIndex(const std::string& table, const std::string& name) override;

@@ -144,7 +144,7 @@ TEST_F(Tables, ManyTablesKeepTheCatalogRight) {
 
 TEST_F(Tables, AReplicationIdIsGivenByItself) {
     builder_.Add(Table("t").Column("id", jet::ColumnType::Guid).Long("a"));
-    jet::TableSpec table = Table("u").Column("id", jet::ColumnType::Guid).Unique("k", {"id"});
+    jet::NewTable table = Table("u").Column("id", jet::ColumnType::Guid).Unique("k", {"id"});
     table.columns[0].autonumber = true;
     builder_.Add(table);
     builder_.Rows("u", {{Null{}}, {Null{}}, {Null{}}});
@@ -171,7 +171,7 @@ TEST_F(Tables, DefinitionsThatAreRefused) {
     }
     const auto named = [](const std::string& name) { return Table(name).Long("a"); };
     const struct {
-        jet::TableSpec table;
+        jet::NewTable table;
         int error;
     } cases[] = {
         {named("있음"), 3010},

@@ -138,7 +138,7 @@ class Executor {
 
     static void AddConstraints(SchemaChanges& schema, const std::string& table,
                                const Constraints& constraints) {
-        for (const IndexSpec& index : constraints.indexes) {
+        for (const NewIndex& index : constraints.indexes) {
             schema.AddIndex(table, index);
         }
         for (const ForeignKeyDefinition& key : constraints.foreignKeys) {

@@ -145,7 +145,7 @@ struct CreateTableStatement {
 
 /// What a column definition or a constraint clause may add beside the column.
 struct Constraints {
-    std::vector<IndexSpec> indexes;
+    std::vector<NewIndex> indexes;
     std::vector<ForeignKeyDefinition> foreignKeys;
 };
 
@@ -180,7 +180,7 @@ struct DropConstraintStatement {
 
 struct CreateIndexStatement {
     std::string table;
-    IndexSpec index;
+    NewIndex index;
 };
 
 struct DropTableStatement {

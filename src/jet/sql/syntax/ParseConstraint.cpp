@@ -5,8 +5,8 @@ namespace tavrel::jet::sql {
 
 namespace {
 
-IndexSpec UniqueIndex(std::string name, const std::vector<std::string>& columns, bool primary) {
-    IndexSpec index;
+NewIndex UniqueIndex(std::string name, const std::vector<std::string>& columns, bool primary) {
+    NewIndex index;
     index.name = std::move(name);
     index.primary = primary;
     index.unique = true;

@@ -14,7 +14,7 @@ constexpr unsigned kMaxBinarySize = 510;
 constexpr int kMaxPrecision = 28;
 
 /// A number is the length of a text or binary column; 0 stands for the greatest text.
-void SetLength(ColumnSpec& column, std::int32_t length) {
+void SetLength(NewColumn& column, std::int32_t length) {
     const unsigned limit = column.type == ColumnType::Binary ? kMaxBinarySize : kMaxTextSize;
     if (length < 0) {
         throw MakeError(sqlErrors::kInFieldDefinition);
@@ -25,7 +25,7 @@ void SetLength(ColumnSpec& column, std::int32_t length) {
     column.size = length == 0 ? kMaxTextSize : static_cast<unsigned>(length);
 }
 
-void SetScale(ColumnSpec& column, std::int32_t precision, std::int32_t scale) {
+void SetScale(NewColumn& column, std::int32_t precision, std::int32_t scale) {
     if (precision < 1 || precision > kMaxPrecision || scale < 0 || scale > precision) {
         throw MakeError(sqlErrors::kInFieldDefinition);
     }
@@ -88,15 +88,15 @@ void Parser::ParseType(ColumnDefinition& column) {
     const bool hasLength =
         type->arguments == TypeArguments::Length || type->arguments == TypeArguments::Padded;
     const bool varying = hasLength && AcceptWord("VARYING");
-    ColumnSpec& spec = column.column;
-    spec.type = type->type;
-    spec.fixedLength = type->arguments == TypeArguments::Padded && !varying;
+    NewColumn& wanted = column.column;
+    wanted.type = type->type;
+    wanted.fixedLength = type->arguments == TypeArguments::Padded && !varying;
     const bool counter = (type->name == "INT" || type->name == "INTEGER") && AcceptWord("IDENTITY");
     const TypeArguments arguments = counter ? TypeArguments::Seed : type->arguments;
-    spec.autonumber = arguments == TypeArguments::Seed;
+    wanted.autonumber = arguments == TypeArguments::Seed;
     if (!AcceptSymbol("(")) {
-        spec.size = hasLength ? kMaxTextSize : 0;
-        spec.type = arguments == TypeArguments::TextOrMemo ? ColumnType::Memo : spec.type;
+        wanted.size = hasLength ? kMaxTextSize : 0;
+        wanted.type = arguments == TypeArguments::TextOrMemo ? ColumnType::Memo : wanted.type;
         return;
     }
     if (arguments == TypeArguments::None) {
@@ -104,13 +104,13 @@ void Parser::ParseType(ColumnDefinition& column) {
     }
     const std::int32_t first = TakeInteger(sqlErrors::kInFieldDefinition);
     if (arguments == TypeArguments::Scale) {
-        SetScale(spec, first, AcceptSymbol(",") ? TakeInteger(sqlErrors::kInFieldDefinition) : 0);
+        SetScale(wanted, first, AcceptSymbol(",") ? TakeInteger(sqlErrors::kInFieldDefinition) : 0);
     } else if (arguments == TypeArguments::Seed) {
         column.seedGiven = true;
         column.seed = first;
         column.increment = AcceptSymbol(",") ? TakeInteger(sqlErrors::kInFieldDefinition) : 1;
     } else {
-        SetLength(spec, first);
+        SetLength(wanted, first);
     }
     ExpectSymbol(")", sqlErrors::kInFieldDefinition);
 }
@@ -252,7 +252,7 @@ CreateIndexStatement Parser::ParseCreateIndex(bool unique) {
     return statement;
 }
 
-void Parser::ParseIndexOptions(IndexSpec& index) {
+void Parser::ParseIndexOptions(NewIndex& index) {
     if (AcceptWord("PRIMARY")) {
         index.primary = true;
         index.unique = true;

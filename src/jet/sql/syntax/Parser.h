@@ -92,7 +92,7 @@ class Parser {
     CreateTableStatement ParseCreateTable();
     void ParseTableElement(TableCreation& table);
     CreateIndexStatement ParseCreateIndex(bool unique);
-    void ParseIndexOptions(IndexSpec& index);
+    void ParseIndexOptions(NewIndex& index);
     ColumnDefinition ParseColumn(Constraints& constraints);
     void ParseType(ColumnDefinition& column);
     void ParseCounterSeed(ColumnDefinition& column);

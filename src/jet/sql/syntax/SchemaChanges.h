@@ -13,7 +13,7 @@ namespace tavrel::jet::sql {
 
 /// A column as a statement declares it.  ALTER COLUMN needs to know what was said and what was not.
 struct ColumnDefinition {
-    ColumnSpec column;             ///< `required` is true when NOT NULL was written
+    NewColumn column;              ///< `required` is true when NOT NULL was written
     bool defaultGiven = false;     ///< column.defaultValue is the text of the DEFAULT clause
     std::optional<bool> nullable;  ///< false: NOT NULL was written; true: NULL was
     bool seedGiven = false;        ///< COUNTER(seed, increment)
@@ -35,7 +35,7 @@ struct ForeignKeyDefinition {
 struct TableCreation {
     std::string name;
     std::vector<ColumnDefinition> columns;
-    std::vector<IndexSpec> indexes;
+    std::vector<NewIndex> indexes;
     std::vector<ForeignKeyDefinition> foreignKeys;
 };
 
@@ -54,7 +54,7 @@ class SchemaChanges {
     virtual void DropColumn(const std::string& table, const std::string& column) = 0;
     /// CREATE INDEX, and the constraints PRIMARY KEY and UNIQUE.  Throws 3371, 3409, 3375, 3283, 3022, 3058,
     /// 3626.
-    virtual void AddIndex(const std::string& table, const IndexSpec& index) = 0;
+    virtual void AddIndex(const std::string& table, const NewIndex& index) = 0;
     /// Throws 3371, 3409, 3368, 3609, 3373, 3378, 3375, 3626, 3379, 3206, 3707.
     virtual void AddForeignKey(const ForeignKeyDefinition& key) = 0;
     /// An index or a relation of the table.  Throws 3371.
