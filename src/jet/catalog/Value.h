@@ -10,7 +10,13 @@
 
 namespace tavrel::jet {
 
+/// Its copying is not trivial, on purpose: of a variant whose alternatives are all trivial, texts or vectors, some
+/// standard libraries believe that it always holds a value, and destroy one that a copy without memory never got.
 struct Null {
+    Null() = default;
+    Null(const Null& /*other*/) noexcept {}                            // NOLINT(modernize-use-equals-default)
+    Null& operator=(const Null& /*other*/) noexcept { return *this; }  // NOLINT(modernize-use-equals-default)
+    ~Null() = default;
     bool operator==(const Null&) const = default;
 };
 /// Value x 10,000.
