@@ -66,7 +66,7 @@ bool ReplaceByCompacted(const std::string& compacted, const std::string& databas
     }
     try {
         Replace(compacted, database);
-    } catch (const Error&) {
+    } catch (...) {
         platform::DeleteFileIfThere(compacted);
         throw;
     }

@@ -6,6 +6,7 @@
 #include "db/AdoErrors.h"
 #include "db/ConnectionString.h"
 #include "db/NextCode.h"
+#include "db/SessionFault.h"
 #include "jet/sql/syntax/PlainName.h"
 #include "jet/sql/values/Values.h"
 #include "text/ProcedureError.h"
@@ -30,7 +31,8 @@ db::Connection& SessionFor(StatementKind kind, const std::string& statement) {
 }
 
 jet::Value FirstValue(StatementKind kind, const std::string& statement) {
-    const db::Recordset rows = SessionFor(kind, statement).ExecuteFirstRow(statement);
+    const db::Recordset rows =
+        InSession([&] { return SessionFor(kind, statement).ExecuteFirstRow(statement); });
     if (rows.Eof()) {
         return std::string();
     }
@@ -48,6 +50,7 @@ bool MeansMissing(const Error& error) {
 }  // namespace
 
 bool DBOpenADO(const std::string& path, const std::string& password, SessionFile file) {
+    ForgetFault();
     gDBConn = std::make_unique<db::Connection>();
     gDBConn->ConnectionString = db::ConnectionStringFor(path, password);
     gDBConn->ConnectionTimeout = kTimeoutSeconds;
@@ -80,7 +83,7 @@ std::int32_t DBExecute(const std::string& statement) {
     const std::string sent =
         statement.starts_with(kTruncate) ? "DELETE FROM " + statement.substr(kTruncate.size()) : statement;
     std::int32_t affected = 0;
-    SessionFor(StatementKind::Execute, sent).Execute(sent, &affected, -1);
+    InSession([&] { return SessionFor(StatementKind::Execute, sent).Execute(sent, &affected, -1); });
     return affected;
 }
 

@@ -3,6 +3,7 @@
 
 #include "db/AdoCodes.h"
 #include "db/Session.h"
+#include "db/SessionFault.h"
 
 namespace tavrel::modDBsub {
 
@@ -64,7 +65,7 @@ std::int32_t DBOpenRs(std::unique_ptr<db::Recordset>& rs, const std::string& sta
         TellListener(StatementKind::Open, statement);
     }
     try {
-        rs->Open(statement, gDBConn.get(), cursorType, lockType, options);
+        InSession([&] { rs->Open(statement, gDBConn.get(), cursorType, lockType, options); });
     } catch (const Error& error) {
         TellFailure(error, statement);
         return -1;

@@ -102,6 +102,9 @@ class CompactCommand : public Command {
                 throw MakeError(errors::kDatabaseExists, {}, destination_);
             }
             throw;
+        } catch (...) {
+            platform::DeleteFileIfThere(temporary);
+            throw;
         }
     }
 

@@ -65,6 +65,7 @@ class DemoCommand : public Command {
 
     ExitCode Run() override {
         platform::MakeFolder(folder_);
+        platform::SyncFolderOf(folder_);
         for (const ProductDemo& demo : ProductDemos()) {
             Make(demo.file, [&](const std::string& path) { WriteProductDemo(demo, path); });
         }

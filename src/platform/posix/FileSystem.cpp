@@ -126,7 +126,7 @@ void RenameNew(const std::string& from, const std::string& to) {
     }
     try {
         SyncFolderOf(to);
-    } catch (const Error&) {
+    } catch (...) {
         MoveToNewName(to.c_str(), from.c_str());
         throw;
     }

@@ -95,7 +95,7 @@ void WriteSettings(const std::string& path, const std::string& text) {
         if (::rename(aside.c_str(), path.c_str()) != 0) {
             throw LastSystemError(path);
         }
-    } catch (const Error&) {
+    } catch (...) {
         ::unlink(aside.c_str());
         throw;
     }
