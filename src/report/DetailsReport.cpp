@@ -47,18 +47,18 @@ std::vector<DetailLine> LinesOf(const Details& details) {
     return lines;
 }
 
-using TextRow = std::array<TextCell, kCaptions.size()>;
+using DetailRow = std::array<TextCell, kCaptions.size()>;
 
-TextRow Captions() {
-    TextRow row;
+DetailRow DetailCaptions() {
+    DetailRow row;
     for (std::size_t i = 0; i < row.size(); ++i) {
         row[i] = {.text = kCaptions[i], .paint = Paint::Caption};
     }
     return row;
 }
 
-TextRow TextOf(const DetailLine& line) {
-    TextRow row;
+DetailRow TextOf(const DetailLine& line) {
+    DetailRow row;
     const auto cells = line.Cells();
     for (std::size_t i = 0; i < row.size(); ++i) {
         row[i].text = cells[i];
@@ -95,11 +95,11 @@ void WriteDetailsText(std::ostream& out, const Details& details, const TextStyle
     if (!details.empty()) {
         const std::vector<DetailLine> lines = LinesOf(details);
         TextTable table(kCaptions.size(), style);
-        table.Measure(Captions());
+        table.Measure(DetailCaptions());
         for (const DetailLine& line : lines) {
             table.Measure(TextOf(line));
         }
-        table.Write(out, Captions());
+        table.Write(out, DetailCaptions());
         table.WriteRule(out);
         for (const DetailLine& line : lines) {
             table.Write(out, TextOf(line));

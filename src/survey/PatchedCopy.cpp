@@ -14,7 +14,7 @@ namespace tavrel::survey {
 
 namespace {
 
-std::string TextOf(const std::filesystem::path& path) {
+std::string FolderText(const std::filesystem::path& path) {
     const std::u8string utf8 = path.u8string();
     return {utf8.begin(), utf8.end()};
 }
@@ -51,11 +51,11 @@ CopiesFolder::CopiesFolder() {
     for (int attempt = 0; attempt < 100 && !failed; ++attempt) {
         const std::filesystem::path folder = root / ("tavrel-" + std::to_string(random()));
         if (std::filesystem::create_directory(folder, failed)) {
-            path_ = TextOf(folder);
+            path_ = FolderText(folder);
             return;
         }
     }
-    throw MakeError(errors::kPathAccess, {}, TextOf(root));
+    throw MakeError(errors::kPathAccess, {}, FolderText(root));
 }
 
 CopiesFolder::~CopiesFolder() {
