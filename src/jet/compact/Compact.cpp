@@ -142,9 +142,10 @@ CompactReport CompactDatabase(const std::string& source, const std::string& dest
     }
     std::optional<UnfinishedFile> unfinished;
     const auto make = [&] {
-        unfinished.reset();  // what an attempt before has left
+        unfinished.reset();              // what an attempt before has left
+        std::string name = destination;  // before the file is there: without memory nobody would remove it
         std::unique_ptr<platform::File> file = OpenDestination(destination);
-        unfinished.emplace(destination);
+        unfinished.emplace(std::move(name));
         return file;
     };
     CompactReport report = CompactInto(*database, make, destination, options);

@@ -111,16 +111,27 @@ void RequireOrdinaryFile(const Descriptor& descriptor, const std::string& path) 
     }
 }
 
-}  // namespace
-
-std::unique_ptr<File> OpenFile(const std::string& path, FileAccess access) {
-    Descriptor descriptor = OpenDescriptor(path, access);
+std::unique_ptr<File> LockedFile(Descriptor descriptor, const std::string& path, FileAccess access) {
     RequireOrdinaryFile(descriptor, path);
     if (!TryLock(descriptor, access == FileAccess::Read ? LockKind::Shared : LockKind::Exclusive)) {
         const Error inUse = MakeError(errors::kPermissionDenied, {}, path + ": 사용 중");
         throw FileInUse(inUse.Number(), inUse.Description());
     }
     return std::make_unique<PosixFile>(std::move(descriptor), path);
+}
+
+}  // namespace
+
+std::unique_ptr<File> OpenFile(const std::string& path, FileAccess access) {
+    Descriptor descriptor = OpenDescriptor(path, access);
+    try {
+        return LockedFile(std::move(descriptor), path, access);
+    } catch (...) {
+        if (access == FileAccess::CreateNew) {
+            ::unlink(path.c_str());  // nobody else's: it has just been made
+        }
+        throw;
+    }
 }
 
 }  // namespace tavrel::platform
