@@ -15,7 +15,7 @@
 
 namespace tavrel::testing {
 
-/// A table's specification, put together column by column.  Required, Default and so on speak of the latest
+/// A table to be made, put together column by column.  Required, Default and so on speak of the latest
 /// column.
 class Table {
   public:
